@@ -1,0 +1,5 @@
+if(APPLE)
+    set(FCP_PLATFORM Cocoa)
+else()
+    set(FCP_PLATFORM Gtk)
+endif()

@@ -1,0 +1,12 @@
+set(FCP_SANITIZE "" CACHE STRING "Sanitizers for the whole build: empty, address or thread")
+set_property(CACHE FCP_SANITIZE PROPERTY STRINGS "" address thread)
+
+if(FCP_SANITIZE STREQUAL "address")
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+elseif(FCP_SANITIZE STREQUAL "thread")
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=thread)
+elseif(FCP_SANITIZE)
+    message(FATAL_ERROR "FCP_SANITIZE=${FCP_SANITIZE}: choose address or thread, or leave it empty.")
+endif()

@@ -1,0 +1,8 @@
+option(FCP_WERROR "Treat compiler warnings as errors" OFF)
+
+# Takes warnings on for one target; headers of installed libraries are system headers and stay silent.
+function(fcp_warnings target)
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wformat=2
+        $<$<BOOL:${FCP_WERROR}>:-Werror>)
+endfunction()
