@@ -1,0 +1,183 @@
+#include "Workbench/ReviewPage/PageServer.h"
+
+#include "Platform/Gtk/GRef.h"
+
+#include <libsoup/soup.h>
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+extern "C" {
+#include "Workbench/ReviewPage/ReviewPageResources.h" // made at build time, a C header
+}
+
+namespace workbench {
+
+namespace {
+
+constexpr auto PagePath = "/fcp-panel/login";
+constexpr auto ResourceFolder = "/com/zelvix/ReviewPage/";
+
+struct PageFile {
+    std::string_view path;
+    char const* name;
+    char const* contentType;
+};
+
+constexpr auto Html = "text/html; charset=utf-8";
+constexpr auto Css = "text/css; charset=utf-8";
+constexpr auto JavaScript = "text/javascript; charset=utf-8";
+
+// The only paths that exist: a request is compared with them, never turned into a name.
+constexpr std::array PageFiles{
+    PageFile{PagePath, "login.html", Html},
+    PageFile{"/fcp-panel/panel.css", "panel.css", Css},
+    PageFile{"/fcp-panel/panel.js", "panel.js", JavaScript},
+    PageFile{"/fcp-panel/bridge.js", "bridge.js", JavaScript},
+    PageFile{"/fcp-panel/text-repair.js", "text-repair.js", JavaScript},
+    PageFile{"/fcp-panel/timecode.js", "timecode.js", JavaScript},
+    PageFile{"/fcp-panel/comment-store.js", "comment-store.js", JavaScript},
+    PageFile{"/fcp-panel/comment-sync.js", "comment-sync.js", JavaScript},
+    PageFile{"/fcp-panel/comment-list.js", "comment-list.js", JavaScript},
+    PageFile{"/fcp-panel/event-log.js", "event-log.js", JavaScript},
+};
+
+constexpr std::array SafetyHeaders{
+    std::pair{
+        "Content-Security-Policy",
+        "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self' data:; connect-src 'self'; "
+        "base-uri 'none'; form-action 'none'; frame-ancestors 'none'"},
+    std::pair{"X-Content-Type-Options", "nosniff"},
+    std::pair{"Referrer-Policy", "no-referrer"},
+    std::pair{"Cross-Origin-Opener-Policy", "same-origin"},
+    std::pair{"Cross-Origin-Resource-Policy", "same-origin"},
+    std::pair{"Cache-Control", "no-store"},
+};
+
+// A foreign name that resolves to this machine must not reach the page as if it were its own origin.
+bool isOwnHost(std::string_view host, std::uint16_t port) {
+    auto const suffix = ":" + std::to_string(port);
+    return host == "localhost" + suffix || host == "127.0.0.1" + suffix || host == "[::1]" + suffix;
+}
+
+SoupStatus verdictOn(std::string_view method, std::string_view host, std::uint16_t port) {
+    if (!isOwnHost(host, port))
+        return SOUP_STATUS_MISDIRECTED_REQUEST;
+    return method == "GET" || method == "HEAD" ? SOUP_STATUS_OK : SOUP_STATUS_METHOD_NOT_ALLOWED;
+}
+
+void addHeaders(SoupServerMessage* message) {
+    auto* headers = soup_server_message_get_response_headers(message);
+    for (auto const& [name, value] : SafetyHeaders)
+        soup_message_headers_replace(headers, name, value);
+}
+
+// The toolkit's table knows no text for 421.
+char const* reasonFor(SoupStatus status) {
+    return status == SOUP_STATUS_MISDIRECTED_REQUEST ? "Misdirected Request" : nullptr;
+}
+
+// Runs before the body is read.
+void refuseStrangers(SoupServer*, SoupServerMessage* message, char const*, GHashTable*, gpointer data) {
+    auto const port = static_cast<std::uint16_t>(GPOINTER_TO_UINT(data));
+    // A body means nothing here; it is read and dropped, so that nobody makes us store one.
+    soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
+    // The list form joins repeated headers, which then match nothing.
+    auto const* host =
+        soup_message_headers_get_list(soup_server_message_get_request_headers(message), "Host");
+    auto const verdict = verdictOn(soup_server_message_get_method(message), host ? host : "", port);
+    if (verdict == SOUP_STATUS_OK)
+        return;
+    addHeaders(message);
+    if (verdict == SOUP_STATUS_METHOD_NOT_ALLOWED)
+        soup_message_headers_replace(soup_server_message_get_response_headers(message), "Allow", "GET, HEAD");
+    soup_server_message_set_status(message, verdict, reasonFor(verdict));
+}
+
+void answerWith(SoupServerMessage* message, PageFile const& file) {
+    auto const name = std::string{ResourceFolder} + file.name;
+    auto const bytes = fcp::GRef<GBytes>::adopt(g_resource_lookup_data(
+        review_page_get_resource(), name.c_str(), G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr));
+    gsize size = 0;
+    auto const* data = static_cast<char const*>(g_bytes_get_data(bytes.get(), &size));
+    soup_server_message_set_status(message, SOUP_STATUS_OK, nullptr);
+    soup_server_message_set_response(message, file.contentType, SOUP_MEMORY_COPY, data, size);
+}
+
+void serve(SoupServer*, SoupServerMessage* message, char const* path, GHashTable*, gpointer) {
+    addHeaders(message);
+    for (auto const& file : PageFiles)
+        if (file.path == path)
+            return answerWith(message, file);
+    soup_server_message_set_status(message, SOUP_STATUS_NOT_FOUND, nullptr);
+}
+
+std::string problemText(std::uint16_t port, GError const& error) {
+    auto const number = std::to_string(port);
+    if (g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_ADDRESS_IN_USE))
+        return "Port " + number +
+               " is taken by another program, so the review page is not served and the panel is not "
+               "loaded. End that program, or start with --no-page to load the page that it serves.";
+    return "The review page cannot be served on port " + number + ": " + error.message;
+}
+
+} // namespace
+
+// One stretch of listening. A new server each time: what a stopped one leaves behind is nobody's business.
+class PageServer::Listener {
+public:
+    Listener()
+        : server(fcp::GRef<SoupServer>::adopt(soup_server_new(nullptr, nullptr))) {}
+
+    ~Listener() { soup_server_disconnect(server.get()); }
+
+    Listener(Listener const&) = delete;
+    Listener& operator=(Listener const&) = delete;
+
+    [[nodiscard]] fcp::GErrorPtr listen(std::uint16_t wanted) {
+        GError* error = nullptr;
+        if (!soup_server_listen_local(server.get(), wanted, SoupServerListenOptions{}, &error))
+            return fcp::GErrorPtr{error};
+        auto* const data = GUINT_TO_POINTER(port());
+        soup_server_add_early_handler(server.get(), nullptr, refuseStrangers, data, nullptr);
+        soup_server_add_handler(server.get(), nullptr, serve, data, nullptr);
+        return {};
+    }
+
+    [[nodiscard]] std::uint16_t port() const {
+        auto* const uris = soup_server_get_uris(server.get());
+        auto const number = g_uri_get_port(static_cast<GUri*>(uris->data));
+        g_slist_free_full(uris, [](gpointer uri) { g_uri_unref(static_cast<GUri*>(uri)); });
+        return static_cast<std::uint16_t>(number);
+    }
+
+private:
+    fcp::GRef<SoupServer> server;
+};
+
+PageServer::PageServer(std::uint16_t port)
+    : wantedPort(port) {}
+
+PageServer::~PageServer() = default;
+
+std::optional<std::string> PageServer::start() {
+    if (isServing())
+        return std::nullopt;
+    auto fresh = std::make_unique<Listener>();
+    if (auto const error = fresh->listen(wantedPort))
+        return problemText(wantedPort, *error);
+    wantedPort = fresh->port();
+    listener = std::move(fresh);
+    return std::nullopt;
+}
+
+void PageServer::stop() {
+    listener.reset();
+}
+
+std::string PageServer::pageURL() const {
+    return "http://localhost:" + std::to_string(wantedPort) + PagePath;
+}
+
+} // namespace workbench

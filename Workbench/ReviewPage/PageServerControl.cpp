@@ -1,0 +1,86 @@
+#include "Workbench/ReviewPage/PageServerControl.h"
+
+#include "Workbench/ReviewPage/PageServer.h"
+
+#include <giomm.h>
+
+namespace workbench {
+
+namespace {
+
+constexpr auto BusName = "com.zelvix.fcp.ReviewPage";
+constexpr auto ObjectPath = "/com/zelvix/fcp/ReviewPage";
+constexpr auto Introspection = R"(<node>
+  <interface name="com.zelvix.fcp.ReviewPage1">
+    <property name="Served" type="b" access="readwrite"/>
+  </interface>
+</node>)";
+
+// A connection of our own: the shared one ends the process when the bus dies.
+Glib::RefPtr<Gio::DBus::Connection> connectToSessionBus() {
+    try {
+        auto const address = Gio::DBus::Address::get_for_bus_sync(Gio::DBus::BusType::SESSION);
+        return Gio::DBus::Connection::create_for_address_sync(
+            address, Gio::DBus::ConnectionFlags::AUTHENTICATION_CLIENT |
+                         Gio::DBus::ConnectionFlags::MESSAGE_BUS_CONNECTION);
+    } catch (Glib::Error const&) {
+        return {};
+    }
+}
+
+} // namespace
+
+class PageServerControl::Service {
+public:
+    Service(PageServer& controlled, Glib::RefPtr<Gio::DBus::Connection> bus)
+        : server(controlled)
+        , connection(std::move(bus))
+        , vtable({}, sigc::mem_fun(*this, &Service::read), sigc::mem_fun(*this, &Service::write)) {
+        auto const description = Gio::DBus::NodeInfo::create_for_xml(Introspection);
+        registration = connection->register_object(ObjectPath, description->lookup_interface(), vtable);
+        // A second workbench waits in the queue for the name; its own server found the port taken anyway.
+        ownership = g_bus_own_name_on_connection(connection->gobj(), BusName, G_BUS_NAME_OWNER_FLAGS_NONE,
+                                                 nullptr, nullptr, nullptr, nullptr);
+    }
+
+    ~Service() {
+        g_bus_unown_name(ownership);
+        connection->unregister_object(registration);
+    }
+
+    Service(Service const&) = delete;
+    Service& operator=(Service const&) = delete;
+
+private:
+    void read(Glib::VariantBase& value, Glib::RefPtr<Gio::DBus::Connection> const&, Glib::ustring const&,
+              Glib::ustring const&, Glib::ustring const&, Glib::ustring const&) {
+        value = Glib::Variant<bool>::create(server.isServing());
+    }
+
+    bool write(Glib::RefPtr<Gio::DBus::Connection> const&, Glib::ustring const&, Glib::ustring const&,
+               Glib::ustring const&, Glib::ustring const&, Glib::VariantBase const& value) {
+        if (!Glib::VariantBase::cast_dynamic<Glib::Variant<bool>>(value).get()) {
+            server.stop();
+            return true;
+        }
+        if (auto const problem = server.start())
+            throw Gio::DBus::Error(Gio::DBus::Error::FAILED, *problem);
+        return true;
+    }
+
+    PageServer& server;
+    Glib::RefPtr<Gio::DBus::Connection> connection;
+    Gio::DBus::InterfaceVTable vtable;
+    guint registration = 0;
+    guint ownership = 0;
+};
+
+PageServerControl::PageServerControl(PageServer& server) {
+    Gio::init();
+    if (auto bus = connectToSessionBus())
+        service = std::make_unique<Service>(server, std::move(bus));
+}
+
+PageServerControl::~PageServerControl() = default;
+
+} // namespace workbench
