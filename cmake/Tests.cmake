@@ -1,6 +1,9 @@
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
+# Builds what thread checking runs, and nothing that uses a toolkit.
+add_custom_target(plain-tests)
+
 # fcp_add_test(NAME SOURCES... [LIBRARIES...] [SESSION] [LOCKS name...] [LABELS name...] [TIMEOUT seconds])
 #
 # One test program. With SESSION it runs under a private session bus, display, home and runtime folder
@@ -21,6 +24,9 @@ function(fcp_add_test name)
         list(PREPEND command ${PROJECT_SOURCE_DIR}/tests/with-session)
     endif()
     add_test(NAME ${name} COMMAND ${command})
+    if("plain" IN_LIST arg_LABELS)
+        add_dependencies(plain-tests ${name})
+    endif()
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()

@@ -1,0 +1,131 @@
+# shellcheck shell=bash
+# What ./run, ./test and ./bench share; they source it. Exit statuses: 1 a test or check failed, 2 wrong use,
+# 3 something is not installed and cannot be, 4 configuring or building failed.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+program=$(basename "$0")
+installed= # set when this run installed packages
+
+say() {
+    printf '%s: %s\n' "$program" "$*"
+}
+
+die() { # die STATUS TEXT
+    printf '%s: %s\n' "$program" "$2" >&2
+    exit "$1"
+}
+
+# usage SCRIPT: prints the comment that the script begins with.
+usage() {
+    sed -n '2,/^$/s/^# \{0,1\}//p' "$1"
+}
+
+# stage STATUS NAME COMMAND...: runs COMMAND and says how long it took; or names the stage that failed, and ends.
+stage() {
+    local status=$1 name=$2 started=$SECONDS result=0
+    shift 2
+    say "$name ..."
+    "$@" || result=$?
+    if [ "$result" -ne 0 ]; then
+        die "$status" "FAILED stage \"$name\" after $((SECONDS - started)) s (status $result)"
+    fi
+    say "$name: $((SECONDS - started)) s"
+}
+
+# packages GROUP...: the names in these groups of cmake/packages.txt.
+packages() {
+    awk -v groups=" $* " '
+        /^\[/ { wanted = index(groups, " " substr($0, 2, length($0) - 2) " "); next }
+        wanted && NF && !/^#/ { print $1 }' "$root/cmake/packages.txt"
+}
+
+# missing NAME...: those that are not installed, from a single query of the package database.
+missing() {
+    # The query fails when a name is unknown to it; what it prints about the others is complete all the same.
+    { dpkg-query -W -f '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null || true; } |
+        awk -v names="$*" '
+            $1 == "installed" { have[$2] }
+            END { n = split(names, name, " "); for (i = 1; i <= n; i++) if (!(name[i] in have)) print name[i] }'
+}
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    elif { : </dev/tty; } 2>/dev/null; then
+        sudo "$@"
+    else
+        sudo -n "$@" # nobody is there to type a password: a refusal beats waiting for one
+    fi
+}
+
+apt_get() {
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300 "$@" </dev/null
+}
+
+apt_install() {
+    apt_get update && apt_get install -y --no-install-recommends "$@"
+}
+
+# ensure_packages GROUP...: installs what these groups lack.
+ensure_packages() {
+    local names lacking
+    if ! command -v dpkg-query >/dev/null; then
+        say "no Debian system: nothing is checked or installed; cmake/packages.txt says what is needed"
+        return
+    fi
+    mapfile -t names < <(packages "$@")
+    mapfile -t lacking < <(missing "${names[@]}")
+    if [ "${#lacking[@]}" -eq 0 ]; then
+        return
+    fi
+    if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
+        die 3 "not installed, and no sudo here to install it. As root: apt-get install --no-install-recommends ${lacking[*]}"
+    fi
+    say "not installed yet: ${lacking[*]}"
+    stage 3 "install packages with apt-get" apt_install "${lacking[@]}"
+    installed=yes
+}
+
+# configure PRESET: makes or renews build/PRESET. Ninja sees to a changed CMakeLists.txt by itself, so there is
+# something to do only when the presets changed, or what is installed.
+configure() {
+    local preset=$1 options=()
+    local log=$root/build/$preset.configure.log
+    if [ -z "$installed" ] && [ "$root/build/$preset/build.ninja" -nt "$root/CMakePresets.json" ]; then
+        return
+    fi
+    if [ -n "$installed" ]; then
+        options+=(--fresh) # the cache also remembers what was not found
+    fi
+    if command -v ccache >/dev/null; then
+        options+=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+    fi
+    mkdir -p "$root/build"
+    # Warnings go to standard error and thus to the screen; the rest matters only when it fails.
+    if ! (cd "$root" && cmake --preset "$preset" "${options[@]}" >"$log" </dev/null); then
+        cat "$log" >&2
+        return 1
+    fi
+}
+
+# compile PRESET [TARGET...]
+compile() {
+    local preset=$1 options=()
+    shift
+    [ $# -eq 0 ] || options+=(--target "$@")
+    [ -t 1 ] || options+=(-- --quiet) # a line for each file is for a screen that overwrites it
+    # The sloppiness lets ccache reuse what was compiled with a precompiled header.
+    (cd "$root" && CCACHE_SLOPPINESS=pch_defines,time_macros cmake --build --preset "$preset" "${options[@]}" </dev/null)
+}
+
+# build PRESET [TARGET...]: all of build/PRESET, or these targets of it.
+build() {
+    stage 4 "configure build/$1" configure "$1"
+    stage 4 "build build/$1" compile "$@"
+}
+
+# cxx_files: our C++ sources and headers, each followed by a zero byte.
+cxx_files() {
+    (cd "$root" && find FcpExtension Ports Platform Workbench tests benches -name node_modules -prune -o \
+        -type f \( -name '*.h' -o -name '*.cpp' \) -printf "$root/%p\0" | sort -z)
+}
