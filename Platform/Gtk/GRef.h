@@ -67,9 +67,8 @@ public:
         : object(std::exchange(other.object, nullptr)) {}
 
     ~GRef() {
-        if (object) {
+        if (object)
             GRefTraits<T>::release(object);
-        }
     }
 
     GRef& operator=(GRef other) noexcept {
@@ -82,9 +81,8 @@ public:
 
     // Adds a reference ("transfer none"), or takes over a floating one, as a new widget's is.
     [[nodiscard]] static GRef retain(T* object) {
-        if (object) {
+        if (object)
             GRefTraits<T>::retain(object);
-        }
         return GRef(object);
     }
 
