@@ -1,7 +1,7 @@
 # The workbench is built where its libraries are; panel and tests do without it.
 find_package(PkgConfig QUIET)
 if(PKG_CONFIG_FOUND)
-    pkg_check_modules(WORKBENCH_LIBRARIES QUIET IMPORTED_TARGET mlt++-7 mlt-framework-7 libswscale libxml-2.0 libsoup-3.0 sqlite3)
+    pkg_check_modules(WORKBENCH_LIBRARIES QUIET IMPORTED_TARGET GLOBAL mlt++-7 mlt-framework-7 libswscale libxml-2.0 libsoup-3.0 sqlite3)
 endif()
 option(WORKBENCH "Build the workbench programs" ${WORKBENCH_LIBRARIES_FOUND})
 

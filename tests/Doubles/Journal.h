@@ -15,7 +15,7 @@ public:
     [[nodiscard]] std::vector<std::string> const& lines() const { return entries; }
 
     // Hands out the lines so far and starts anew.
-    [[nodiscard]] std::vector<std::string> take() { return std::exchange(entries, {}); }
+    std::vector<std::string> take() { return std::exchange(entries, {}); }
 
     [[nodiscard]] auto count(std::string const& line) const {
         return std::count(entries.begin(), entries.end(), line);
