@@ -101,9 +101,9 @@ configure() {
         options+=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
     fi
     mkdir -p "$root/build"
-    # Warnings go to standard error and thus to the screen; the rest matters only when it fails.
+    # Warnings and errors go to standard error and thus to the screen; what was found on the way, to the log.
     if ! (cd "$root" && cmake --preset "$preset" "${options[@]}" >"$log" </dev/null); then
-        cat "$log" >&2
+        say "what CMake found until then: $log" >&2
         return 1
     fi
 }
