@@ -1,0 +1,65 @@
+#include "Platform/Gtk/DeadlineHeap.h"
+
+#include "Platform/Gtk/TurnBudget.h"
+
+#include <algorithm>
+#include <cmath>
+#include <tuple>
+#include <utility>
+
+namespace fcp {
+
+namespace {
+
+constexpr double microsecondsPerSecond = 1e6;
+constexpr std::int64_t longestDelay = std::int64_t{1} << 60; // microseconds: some 36,000 years
+
+std::int64_t microseconds(Seconds delay) {
+    auto const whole = std::ceil(delay.count() * microsecondsPerSecond);
+    if (!(whole > 0))
+        return 0;
+    return whole < static_cast<double>(longestDelay) ? static_cast<std::int64_t>(whole) : longestDelay;
+}
+
+} // namespace
+
+DeadlineHeap::DeadlineHeap(GMainContext* context)
+    : source(context, [this] { runTurn(); }) {}
+
+bool DeadlineHeap::later(Entry const& a, Entry const& b) {
+    return std::tie(a.time, a.number) > std::tie(b.time, b.number);
+}
+
+void DeadlineHeap::after(Seconds delay, std::function<void()> task) {
+    entries.push_back({g_get_monotonic_time() + microseconds(delay), nextNumber++, std::move(task)});
+    std::push_heap(entries.begin(), entries.end(), later);
+    waitForEarliest();
+}
+
+void DeadlineHeap::waitForEarliest() {
+    if (entries.empty())
+        source.rest();
+    else
+        source.readyAt(entries.front().time);
+}
+
+// What a task adds waits for a later turn, though it may be due already.
+void DeadlineHeap::runTurn() {
+    auto const now = g_get_monotonic_time();
+    auto const firstAdded = nextNumber;
+    TurnBudget const budget;
+    while (!entries.empty() && entries.front().time <= now && entries.front().number < firstAdded &&
+           !budget.spent()) {
+        takeEarliest().task();
+    }
+    waitForEarliest();
+}
+
+DeadlineHeap::Entry DeadlineHeap::takeEarliest() {
+    std::pop_heap(entries.begin(), entries.end(), later);
+    auto earliest = std::move(entries.back());
+    entries.pop_back();
+    return earliest;
+}
+
+} // namespace fcp
