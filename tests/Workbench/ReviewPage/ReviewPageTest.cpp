@@ -1,0 +1,533 @@
+#include "Workbench/ReviewPage/PageUnderTest.h"
+
+#include <gtest/gtest.h>
+
+namespace workbench {
+namespace {
+
+Json const Sequence = {
+    {"name", "Café 日本 🎬"},        {"duration", 120.12}, {"frameRate", 29.97}, {"width", 0}, {"height", 0},
+    {"startTimecode", "00:00:00:00"}};
+
+// A page in the panel, with a host and a container that agree to everything.
+class ReviewPageTest : public ::testing::Test {
+protected:
+    ReviewPageTest() {
+        page.answer("getTimeline", Sequence);
+        page.answer("getPlayhead", 1.5);
+        for (auto const* command :
+             {"seekTo", "syncComment", "deleteComment", "syncAllComments", "startExport"})
+            page.answer(command, true);
+    }
+
+    void open() {
+        page.load();
+        ASSERT_TRUE(
+            page.eventually("document.getElementById('sequence-name').textContent === 'Café 日本 🎬'"));
+    }
+
+    [[nodiscard]] int commentCount() {
+        return page.evaluate("return document.querySelectorAll('#comments > li').length;").get<int>();
+    }
+
+    [[nodiscard]] bool becomes(std::string const& selector, std::string const& text) {
+        return page.eventually("document.querySelector(" + Json(selector).dump() +
+                               ")?.textContent === " + Json(text).dump());
+    }
+
+    PageUnderTest page;
+};
+
+constexpr auto State = "#comments > li [data-part=state]";
+
+TEST_F(ReviewPageTest, ShowsNameDurationRateAndPlayheadOfTheSequence) {
+    open();
+    EXPECT_EQ(page.text("#duration"), "00:02:00:00");
+    EXPECT_EQ(page.text("#rate"), "29.97 fps");
+    EXPECT_TRUE(becomes("#timecode", "00:00:01:14"));
+    EXPECT_EQ(page.text("#frame"), "44");
+    EXPECT_EQ(page.text("#connection"), "Connected");
+    EXPECT_EQ(page.evaluate("return document.getElementById('banner').hidden;"), true);
+}
+
+TEST_F(ReviewPageTest, FollowsTheEventsOfThePanel) {
+    page.answer("getTimeline", nullptr);
+    page.answer("getPlayhead", 0);
+    page.load();
+    EXPECT_TRUE(page.hears("getTimeline", 1));
+    EXPECT_EQ(page.text("#sequence-name"), "No sequence");
+    page.send("fcp:connected", Json::object());
+    page.send("fcp:sequence-changed", Sequence);
+    page.send("fcp:playhead-changed", {{"seconds", 61.0}});
+    EXPECT_TRUE(becomes("#timecode", "00:01:00:28"));
+    EXPECT_EQ(page.text("#sequence-name"), "Café 日本 🎬");
+}
+
+TEST_F(ReviewPageTest, TakesASecondConnectedForTheFirst) {
+    open();
+    page.addComment("once", 1);
+    ASSERT_TRUE(becomes(State, "Synced"));
+    for (int round = 0; round < 2; ++round) {
+        page.send("fcp:connected", Json::object());
+        page.send("fcp:sequence-changed", Sequence);
+    }
+    EXPECT_TRUE(page.hears("getPlayhead", 3));
+    EXPECT_EQ(commentCount(), 1);
+    EXPECT_EQ(page.messages("syncComment").size(), 1U);
+    EXPECT_EQ(page.text("#timecode"), "00:00:00:29");
+}
+
+TEST_F(ReviewPageTest, RepairsTextOfEventsExactlyOnce) {
+    open();
+    auto changed = Sequence;
+    // Looks like damaged text, but is what the user called the sequence.
+    for (auto const* name : {"CafÃ©", "Ünï", "日本", "🎬", "naïve café", "plain"}) {
+        changed["name"] = name;
+        page.send("fcp:sequence-changed", changed);
+        EXPECT_TRUE(becomes("#sequence-name", name)) << name;
+    }
+}
+
+TEST_F(ReviewPageTest, RepairsTextOfAnswersExactlyOnce) {
+    auto named = Sequence;
+    named["name"] = "CafÃ© – 日本";
+    page.answer("getTimeline", named);
+    page.load();
+    EXPECT_TRUE(becomes("#sequence-name", "CafÃ© – 日本"));
+}
+
+TEST_F(ReviewPageTest, LeavesTextAloneThatWasNeverTakenApart) {
+    open();
+    auto const result = page.evaluate(R"(
+        const { repair, repairText } = await import("/fcp-panel/text-repair.js");
+        return [repairText("CafÃ©"), repairText("æ\u0097¥æ\u009c¬"), repairText("ð\u009f\u008e¬"),
+                repairText("café"), repairText("日本"), repairText("plain"), repairText(""),
+                repairText("\u00ef\u00bb\u00bfx").length,
+                repair({ "Ã¤": ["Ã¶", 1, null, true, { b: "Ã¼" }] })];
+    )");
+    EXPECT_EQ(result, Json::parse(R"(["Café", "日本", "🎬", "café", "日本", "plain", "", 2,
+                                      {"ä": ["ö", 1, null, true, {"b": "ü"}]}])"));
+}
+
+TEST_F(ReviewPageTest, CountsFramesByTheExactRate) {
+    open();
+    auto const result = page.evaluate(R"(
+        const { formatTimecode, frameAt } = await import("/fcp-panel/timecode.js");
+        const wrong = [];
+        for (const [reported, numerator, denominator] of [[23.98, 24000, 1001], [29.97, 30000, 1001],
+                [59.94, 60000, 1001], [47.95, 48000, 1001], [119.88, 120000, 1001], [25, 25, 1], [24, 24, 1], [60, 60, 1]])
+            for (let frame = 0; frame < 24 * 3600 * numerator / denominator; frame += 997)
+                if (frameAt(frame * denominator / numerator, reported) !== frame)
+                    wrong.push([reported, frame]);
+        return [wrong, formatTimecode(3600, 25), formatTimecode(3599.99, 25), formatTimecode(-1, 25),
+                formatTimecode(86399.5, 0), formatTimecode(NaN, 25), formatTimecode(1001 / 30000 * 1800, 29.97)];
+    )");
+    EXPECT_EQ(result, Json::parse(R"([[], "01:00:00:00", "00:59:59:24", "00:00:00:00", "23:59:59.500",
+                                      "--:--:--:--", "00:01:00:00"])"));
+}
+
+TEST_F(ReviewPageTest, MovesNothingWhileTheTimecodeRuns) {
+    open();
+    page.addComment("stays where it is", 1);
+    auto const layout = R"(
+        return [...document.querySelectorAll("body > :not(footer), main *, footer > *")].map((part) => {
+            const box = part.getBoundingClientRect();
+            return [part.id, box.x, box.y, box.width, box.height].join(" ");
+        }).join("\n");
+    )";
+    ASSERT_TRUE(becomes(State, "Synced"));
+    auto const before = page.evaluate(layout);
+    for (auto const& [seconds, shown] : {std::pair{11.111, "00:00:11:02"}, std::pair{83.3, "00:01:23:06"}}) {
+        page.send("fcp:playhead-changed", {{"seconds", seconds}});
+        ASSERT_TRUE(becomes("#timecode", shown));
+        EXPECT_EQ(page.evaluate(layout), before);
+    }
+}
+
+TEST_F(ReviewPageTest, AddsACommentAtThePlayhead) {
+    open();
+    page.neverAnswer("syncComment");
+    page.addComment("  Größer 🎬  ", 12.5);
+    ASSERT_TRUE(page.hears("syncComment", 1));
+    auto const message = page.messages("syncComment").front();
+    EXPECT_EQ(message.at("text"), "Größer 🎬");
+    EXPECT_EQ(message.at("seconds"), 12.5);
+    EXPECT_FALSE(message.at("id").get<std::string>().empty());
+    EXPECT_EQ(page.text("#comments [data-part=timecode]"), "00:00:12:14");
+    EXPECT_EQ(page.text("#comments [data-part=text]"), "Größer 🎬");
+    EXPECT_EQ(page.text(State), "Syncing");
+    page.resolve(message, true);
+    EXPECT_TRUE(becomes(State, "Synced"));
+    EXPECT_EQ(page.evaluate("return document.getElementById('new-comment').value;"), "");
+}
+
+TEST_F(ReviewPageTest, AddsNothingForBlankText) {
+    open();
+    page.addComment("   ", 1);
+    page.addComment("something", 1);
+    EXPECT_TRUE(page.hears("syncComment", 1));
+    EXPECT_EQ(commentCount(), 1);
+}
+
+TEST_F(ReviewPageTest, OffersARetryWhenTheContainerRefused) {
+    page.answer("syncComment", false);
+    open();
+    page.addComment("again", 1);
+    ASSERT_TRUE(becomes(State, "Not synced"));
+    page.answer("syncComment", true);
+    page.click("#comments [data-part=retry]");
+    EXPECT_TRUE(becomes(State, "Synced"));
+    auto const sent = page.messages("syncComment");
+    ASSERT_EQ(sent.size(), 2U);
+    EXPECT_EQ(sent[0].at("id"), sent[1].at("id"));
+    EXPECT_EQ(page.evaluate("return document.querySelector('[data-part=retry]').hidden;"), true);
+}
+
+TEST_F(ReviewPageTest, TakesOnlyTheBooleanTrueForSuccess) {
+    open();
+    for (auto const& answer : {Json("true"), Json(1), Json(nullptr), Json::object()}) {
+        page.answer("syncComment", answer);
+        page.addComment("refused with " + answer.dump(), 1);
+    }
+    EXPECT_TRUE(page.eventually(R"([...document.querySelectorAll("[data-part=state]")].filter(
+        (state) => state.textContent === "Not synced").length === 4)"));
+}
+
+TEST_F(ReviewPageTest, DeletesACommentOnceTheContainerHasAgreed) {
+    open();
+    page.addComment("to go", 1);
+    ASSERT_TRUE(becomes(State, "Synced"));
+    page.answer("deleteComment", false);
+    page.click("#comments [data-part=remove]");
+    ASSERT_TRUE(becomes(State, "Not deleted"));
+    page.answer("deleteComment", true);
+    page.click("#comments [data-part=retry]");
+    EXPECT_TRUE(page.eventually("document.querySelectorAll('#comments > li').length === 0"));
+    EXPECT_EQ(page.messages("deleteComment").back().at("commentId"),
+              page.messages("syncComment").front().at("id"));
+    EXPECT_EQ(page.evaluate("return document.getElementById('no-comments').hidden;"), false);
+}
+
+TEST_F(ReviewPageTest, DeletesACommentThatIsStillOnItsWay) {
+    page.neverAnswer("syncComment");
+    open();
+    page.addComment("short life", 1);
+    ASSERT_TRUE(page.hears("syncComment", 1));
+    page.neverAnswer("deleteComment");
+    page.click("#comments [data-part=remove]");
+    ASSERT_TRUE(page.hears("deleteComment", 1));
+    page.resolve(page.messages("syncComment").front(), true);
+    EXPECT_EQ(page.text(State), "Deleting");
+    page.resolve(page.messages("deleteComment").front(), true);
+    EXPECT_TRUE(page.eventually("document.querySelectorAll('#comments > li').length === 0"));
+}
+
+TEST_F(ReviewPageTest, KeepsTheKeyboardInTheListWhenACommentGoes) {
+    open();
+    for (double second = 1; second <= 3; ++second)
+        page.addComment("comment " + std::to_string(static_cast<int>(second)), second);
+    ASSERT_TRUE(page.hears("syncComment", 3));
+    page.run("document.querySelectorAll('[data-part=remove]')[1].focus();");
+    page.click("#comments > li:nth-child(2) [data-part=remove]");
+    ASSERT_TRUE(page.eventually("document.querySelectorAll('#comments > li').length === 2"));
+    EXPECT_EQ(page.evaluate("return document.activeElement.textContent;"), "00:00:02:29comment 3");
+}
+
+TEST_F(ReviewPageTest, SeeksToAComment) {
+    open();
+    page.addComment("here", 12.345);
+    page.send("fcp:playhead-changed", {{"seconds", 99.0}});
+    page.click("#comments [data-part=seek]");
+    ASSERT_TRUE(page.hears("seekTo", 1));
+    EXPECT_EQ(page.messages("seekTo").front().at("seconds"), 12.345);
+}
+
+TEST_F(ReviewPageTest, HighlightsTheClickedMarkersCommentAndScrollsToIt) {
+    open();
+    for (int number = 0; number < 40; ++number)
+        page.addComment("comment " + std::to_string(number), number);
+    ASSERT_TRUE(page.hears("syncComment", 40));
+    auto const id = page.messages("syncComment").at(35).at("id");
+    page.run("document.querySelector('.scroll').scrollTop = 0;");
+    page.send("fcp:marker-clicked", {{"id", id}, {"text", "comment 35"}, {"seconds", 35.2}});
+    EXPECT_TRUE(becomes("#comments > li[aria-current] [data-part=text]", "comment 35"));
+    EXPECT_EQ(page.evaluate(R"(
+        const item = document.querySelector("li[aria-current]").getBoundingClientRect();
+        const list = document.querySelector(".scroll").getBoundingClientRect();
+        return [document.querySelectorAll("li[aria-current]").length, item.top >= list.top - 1, item.bottom <= list.bottom + 1];
+    )"),
+              Json::parse("[1, true, true]"));
+    EXPECT_EQ(page.text("#notice"), "Marker: comment 35");
+}
+
+TEST_F(ReviewPageTest, AdoptsAMarkerThatItDoesNotKnow) {
+    open();
+    page.send("fcp:marker-clicked",
+              {{"id", "other"}, {"text", "from elsewhere"}, {"start", 7.0}, {"seconds", 7.3}});
+    EXPECT_TRUE(becomes("#comments > li[aria-current] [data-part=text]", "from elsewhere"));
+    EXPECT_EQ(page.text("#comments [data-part=timecode]"), "00:00:06:29");
+    EXPECT_EQ(page.text(State), "Synced");
+    page.send("fcp:marker-clicked", {{"note", "no identifier, no text"}, {"seconds", 1.0}});
+    EXPECT_TRUE(page.eventually("document.querySelector('li[aria-current]') === null"));
+    EXPECT_EQ(commentCount(), 1);
+}
+
+TEST_F(ReviewPageTest, KeepsCommentsOverAReload) {
+    open();
+    page.addComment("first", 2);
+    page.addComment("second", 1);
+    ASSERT_TRUE(page.hears("syncComment", 2));
+    ASSERT_TRUE(page.eventually("document.querySelectorAll('[data-state=synced]').length === 2"));
+    open();
+    EXPECT_EQ(
+        page.evaluate(
+            "return [...document.querySelectorAll('#comments [data-part=text]')].map(p => p.textContent);"),
+        Json::parse(R"(["second", "first"])"));
+    EXPECT_EQ(page.messages("syncComment").size(), 2U);
+}
+
+TEST_F(ReviewPageTest, SendsAgainWhatWasOnItsWayWhenThePageWasLoadedAgain) {
+    page.neverAnswer("syncComment");
+    open();
+    page.addComment("lost on the way", 2);
+    ASSERT_TRUE(page.hears("syncComment", 1));
+    page.answer("syncComment", true);
+    open();
+    EXPECT_TRUE(becomes(State, "Synced"));
+    auto const sent = page.messages("syncComment");
+    ASSERT_EQ(sent.size(), 2U);
+    EXPECT_EQ(sent[0].at("id"), sent[1].at("id"));
+    EXPECT_EQ(sent[0].at("seconds"), sent[1].at("seconds"));
+    EXPECT_NE(sent[0].at("resolveId"), sent[1].at("resolveId"));
+}
+
+TEST_F(ReviewPageTest, IgnoresAnAnswerToARequestOfAnEarlierLoad) {
+    page.neverAnswer("syncComment");
+    open();
+    page.addComment("waiting", 2);
+    ASSERT_TRUE(page.hears("syncComment", 1));
+    open();
+    ASSERT_TRUE(page.hears("syncComment", 2));
+    page.resolve(page.messages("syncComment").front(), true);
+    EXPECT_EQ(page.text(State), "Syncing");
+    page.resolve(page.messages("syncComment").back(), true);
+    EXPECT_TRUE(becomes(State, "Synced"));
+}
+
+TEST_F(ReviewPageTest, KeepsTheCommentsOfEachSequenceApart) {
+    open();
+    page.addComment("of the first", 2);
+    auto other = Sequence;
+    other["name"] = "Other";
+    page.send("fcp:sequence-changed", other);
+    EXPECT_TRUE(page.eventually("document.querySelectorAll('#comments > li').length === 0"));
+    page.addComment("of the second", 3);
+    EXPECT_TRUE(becomes("#comments [data-part=text]", "of the second"));
+    auto longer = Sequence;
+    longer["duration"] = 240.24;
+    page.send("fcp:sequence-changed", longer);
+    EXPECT_TRUE(becomes("#comments [data-part=text]", "of the first"))
+        << "a change of length is no other sequence";
+    EXPECT_EQ(commentCount(), 1);
+}
+
+TEST_F(ReviewPageTest, SettlesACommentOfASequenceThatIsNoLongerShown) {
+    page.neverAnswer("syncComment");
+    open();
+    page.addComment("of the first", 2);
+    ASSERT_TRUE(page.hears("syncComment", 1));
+    auto other = Sequence;
+    other["name"] = "Other";
+    page.send("fcp:sequence-changed", other);
+    ASSERT_TRUE(becomes("#sequence-name", "Other"));
+    page.resolve(page.messages("syncComment").front(), true);
+    page.send("fcp:sequence-changed", Sequence);
+    EXPECT_TRUE(becomes(State, "Synced"));
+    EXPECT_EQ(page.messages("syncComment").size(), 1U);
+}
+
+TEST_F(ReviewPageTest, SyncsTheWholeListAtOnce) {
+    page.answer("syncComment", false);
+    open();
+    page.addComment("b", 2);
+    page.addComment("a", 1);
+    ASSERT_TRUE(page.eventually("document.querySelectorAll('.state[data-state=failed]').length === 2"));
+    page.click("#sync-all");
+    EXPECT_TRUE(page.eventually("document.querySelectorAll('.state[data-state=synced]').length === 2"));
+    auto const comments = page.messages("syncAllComments").front().at("comments");
+    ASSERT_EQ(comments.size(), 2U);
+    for (auto const& comment : comments)
+        EXPECT_TRUE(comment.contains("id") && comment.contains("text") && comment.contains("seconds"))
+            << comment;
+    page.answer("syncAllComments", false);
+    page.click("#sync-all");
+    EXPECT_TRUE(page.eventually("document.querySelectorAll('.state[data-state=failed]').length === 2"));
+    EXPECT_EQ(page.text("#notice"), "The comments could not be synced.");
+}
+
+TEST_F(ReviewPageTest, AsksForACsvExportAndSaysWhatBecameOfIt) {
+    open();
+    page.click("#export");
+    EXPECT_TRUE(becomes("#notice", "Export started."));
+    EXPECT_EQ(page.messages("startExport").front().at("config"),
+              Json::parse(R"({"format": "csv", "include": "all", "replies": true, "onExists": "rename"})"));
+    page.answer("startExport", false);
+    page.click("#export");
+    EXPECT_TRUE(becomes("#notice", "The export was refused."));
+}
+
+TEST_F(ReviewPageTest, AsksForAFolder) {
+    page.answer("selectOutputFolder", "/home/me/Größe");
+    open();
+    page.click("#folder");
+    EXPECT_TRUE(becomes("#notice", "Exports go to /home/me/Größe"));
+    page.answer("selectOutputFolder", nullptr);
+    page.click("#folder");
+    EXPECT_TRUE(becomes("#notice", "No folder was chosen."));
+}
+
+TEST_F(ReviewPageTest, FindsTheCommentAtThePlayhead) {
+    open();
+    page.send("fcp:playhead-changed", {{"seconds", 7.25}});
+    page.answer("getMarkerAtTime", nullptr);
+    page.click("#find");
+    EXPECT_TRUE(becomes("#notice", "No comment at the playhead."));
+    EXPECT_EQ(page.messages("getMarkerAtTime").front().at("seconds"), 7.25);
+    page.answer("getMarkerAtTime", false);
+    page.click("#find");
+    EXPECT_TRUE(becomes("#notice", "The container application is not connected."));
+    page.answer("getMarkerAtTime", {{"id", "x"}, {"text", "found"}, {"start", 7.0}});
+    page.click("#find");
+    EXPECT_TRUE(becomes("#comments > li[aria-current] [data-part=text]", "found"));
+}
+
+TEST_F(ReviewPageTest, CopiesTheEventLog) {
+    open();
+    page.send("fcp:connected", Json::object());
+    for (int number = 0; number < 100; ++number)
+        page.send("fcp:playhead-changed", {{"seconds", number}});
+    page.send("fcp:sequence-changed", Sequence);
+    page.run("document.querySelector('details').open = true;");
+    ASSERT_TRUE(page.eventually(
+        "document.getElementById('log').lastElementChild?.textContent.includes('sequence-changed')"));
+    auto const log = page.evaluate("return document.getElementById('log').innerText;").get<std::string>();
+    EXPECT_NE(log.find("→ getTimeline {}"), std::string::npos) << log;
+    EXPECT_NE(log.find("← getPlayhead 1.5"), std::string::npos) << log;
+    EXPECT_NE(log.find("• fcp:connected {}"), std::string::npos) << log;
+    EXPECT_NE(log.find("• fcp:playhead-changed ×100 {\"seconds\":99}"), std::string::npos) << log;
+    page.click("#copy-log");
+    ASSERT_TRUE(becomes("#notice", "The event log is copied."));
+    EXPECT_NE(page.clipboard().find("• fcp:playhead-changed ×100 {\"seconds\":99}\n"), std::string::npos);
+}
+
+TEST_F(ReviewPageTest, SaysWhenTheBrowserKeepsNothing) {
+    page.addScript(
+        "Storage.prototype.setItem = () => { throw new DOMException('full', 'QuotaExceededError'); };");
+    open();
+    page.addComment("only for now", 1);
+    EXPECT_TRUE(becomes(State, "Synced"));
+    EXPECT_EQ(page.text("#notice"),
+              "This browser keeps no comments: a reload loses those that are not synced.");
+}
+
+TEST_F(ReviewPageTest, ReadsOnlyCommentsFromTheSharedStorage) {
+    page.addScript(R"(localStorage.setItem('zelvix.comments:["Café 日本 🎬",29.97]', JSON.stringify([
+        { id: "good", text: "kept", seconds: 1, state: "synced" }, { id: 5, text: "x", seconds: 1, state: "synced" },
+        null, "text", { id: "a", text: "x", seconds: "1", state: "synced" },
+        { id: "b", text: "x", seconds: 1, state: "elsewhere" }])))");
+    open();
+    EXPECT_EQ(commentCount(), 1);
+    EXPECT_EQ(page.text("#comments [data-part=text]"), "kept");
+}
+
+TEST_F(ReviewPageTest, GivesUpRequestsThatNobodyAnswers) {
+    // A second passes in ten milliseconds.
+    page.addScript("const wait = window.setTimeout; window.asked = [];"
+                   "window.setTimeout = (f, ms) => { window.asked.push(ms); return wait(f, ms / 100); };");
+    page.neverAnswer("syncComment");
+    page.neverAnswer("seekTo");
+    open();
+    page.addComment("unanswered", 1);
+    EXPECT_TRUE(becomes(State, "Not synced"));
+    EXPECT_EQ(page.text("#connection"), "Connected");
+    page.click("#comments [data-part=seek]");
+    EXPECT_TRUE(becomes("#connection", "No answer"));
+    EXPECT_EQ(page.evaluate("return window.asked;"), Json::parse("[5000, 5000, 65000, 5000]"));
+    page.send("fcp:playhead-changed", {{"seconds", 3}});
+    EXPECT_TRUE(becomes("#connection", "Connected"));
+}
+
+TEST_F(ReviewPageTest, NamesTheCommandInTheErrorsOfTheBridge) {
+    open();
+    auto const result = page.evaluate(R"(
+        const { Bridge } = await import("/fcp-panel/bridge.js");
+        const target = new EventTarget();
+        const impatient = new Bridge({ target, timeouts: { host: 1, container: 2 } });
+        const seen = [];
+        for (const command of ["getTimeline", "syncComment"])
+            await impatient.call(command).catch((problem) => seen.push(problem.name, problem.command, problem.message));
+        return seen;
+    )");
+    EXPECT_EQ(result,
+              Json::parse(R"(["BridgeTimeout", "getTimeline", "\"getTimeline\" was not answered within 1 ms",
+                                      "BridgeTimeout", "syncComment", "\"syncComment\" was not answered within 2 ms"])"));
+}
+
+TEST_F(ReviewPageTest, ReadsAnAnswerThatIsNoJsonAsNothing) {
+    page.neverAnswer("getMarkerAtTime");
+    open();
+    page.click("#find");
+    ASSERT_TRUE(page.hears("getMarkerAtTime", 1));
+    page.send("fcp:resolve", Json::object());
+    page.send("fcp:resolve", nullptr);
+    page.send("fcp:resolve", {{"resolveId", "somebody else's"}, {"value", "true"}});
+    page.send("fcp:resolve",
+              {{"resolveId", page.messages("getMarkerAtTime")[0].at("resolveId")}, {"value", "{oops"}});
+    EXPECT_TRUE(becomes("#notice", "No comment at the playhead."));
+}
+
+TEST_F(ReviewPageTest, RunsUnderItsOwnPolicy) {
+    page.addScript("window.violations = []; document.addEventListener('securitypolicyviolation',"
+                   "(event) => window.violations.push(event.violatedDirective + ' ' + event.blockedURI));");
+    open();
+    page.addComment("styled", 1);
+    ASSERT_TRUE(becomes(State, "Synced"));
+    EXPECT_EQ(page.evaluate("return window.violations;"), Json::array());
+    EXPECT_EQ(page.evaluate(
+                  "return document.querySelectorAll('script:not([src]), style, [style], [onclick]').length;"),
+              0);
+    EXPECT_EQ(page.evaluate("return getComputedStyle(document.body).backgroundColor;"), "rgb(23, 23, 20)");
+    page.run(
+        "const script = document.createElement('script'); script.textContent = 'window.inlineRan = true';"
+        "document.body.append(script);");
+    EXPECT_TRUE(page.eventually("window.violations.length === 1"));
+    EXPECT_EQ(page.evaluate("return window.inlineRan ?? null;"), nullptr);
+}
+
+TEST_F(ReviewPageTest, GivesEveryControlANameAndAPlaceInTheKeyboardsOrder) {
+    page.answer("syncComment", false);
+    open();
+    page.addComment("named", 1);
+    ASSERT_TRUE(becomes(State, "Not synced"));
+    EXPECT_EQ(page.evaluate(R"(
+        const controls = [...document.querySelectorAll("button, input, a, summary")];
+        const name = (control) => control.getAttribute("aria-label") ?? control.labels?.[0]?.textContent ?? control.textContent;
+        return controls.filter((control) => name(control).trim() === "" || control.tabIndex < 0).map((c) => c.outerHTML);
+    )"),
+              Json::array());
+    EXPECT_EQ(
+        page.evaluate("return document.querySelector('[data-part=remove]').getAttribute('aria-label');"),
+        "Delete: named");
+}
+
+TEST(ReviewPage, ShowsABannerOutsideThePanel) {
+    PageUnderTest page{PageUnderTest::Surroundings::Browser};
+    page.load();
+    EXPECT_TRUE(page.eventually("document.getElementById('connection').textContent === 'Outside the panel'"));
+    EXPECT_EQ(page.evaluate("return document.getElementById('banner').hidden;"), false);
+    page.click("#folder");
+    EXPECT_TRUE(page.eventually("document.getElementById('notice').textContent === 'No folder was chosen.'"));
+}
+
+} // namespace
+} // namespace workbench
