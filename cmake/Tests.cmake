@@ -1,4 +1,5 @@
 find_package(GTest REQUIRED)
+find_package(nlohmann_json REQUIRED)
 include(GoogleTest)
 
 # Builds what thread checking runs, and nothing that uses a toolkit.
