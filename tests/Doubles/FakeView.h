@@ -3,7 +3,9 @@
 #include "Doubles/Journal.h"
 #include "Ports/View.h"
 
+#include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
