@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Workbench/ContainerApp/BusPresence.h"
+#include "Workbench/ContainerApp/CommandHandler.h"
+#include "Workbench/ContainerApp/Console.h"
+#include "Workbench/ContainerApp/ExportDesk.h"
+#include "Workbench/ContainerApp/FolderChooser.h"
+#include "Workbench/ContainerApp/LinkOpener.h"
+#include "Workbench/ContainerApp/Options.h"
+#include "Workbench/ContainerApp/Timer.h"
+#include "Workbench/ContainerApp/WindowContent.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+typedef struct _GMainLoop GMainLoop;
+
+namespace workbench {
+
+// The program without its window: starts, answers, survives a lost bus, and ends in order. Main thread only.
+class ContainerApp {
+public:
+    // What shows the state to a person.
+    struct Viewer {
+        std::function<void(WindowContent const&)> show;
+        std::function<void(std::string const& sentence)> complain;
+        FolderChooser::Dialog chooseFolder;
+    };
+
+    ContainerApp(ContainerOptions options, Console const& console);
+    ~ContainerApp();
+
+    ContainerApp(ContainerApp const&) = delete;
+    ContainerApp& operator=(ContainerApp const&) = delete;
+
+    // Takes the place on the bus and opens the store. Anything but Done has been said on standard error.
+    [[nodiscard]] ExitCode start();
+
+    // Before `run`.
+    void setViewer(Viewer theViewer);
+
+    // Answers commands until it is told to end.
+    [[nodiscard]] ExitCode run();
+
+    // Brings what runs to its end, then ends `run`.
+    void requestEnd();
+
+private:
+    struct Work;
+
+    struct UnrefLoop {
+        void operator()(GMainLoop* loop) const;
+    };
+
+    [[nodiscard]] BusPresence::Outcome connect();
+    [[nodiscard]] ExitCode openStore();
+    void makeWork();
+    [[nodiscard]] std::unique_ptr<BusPresence> makePresence();
+    void announce();
+    void activeSequenceChanged(std::optional<HostSequence> const& sequence);
+    void exportChanged(ExportState state, std::string const& message);
+    void busLost();
+    void reconnect(std::chrono::milliseconds next);
+    void complain(std::string const& sentence);
+    void refresh();
+    void quit(ExitCode code);
+
+    std::chrono::steady_clock::time_point const begun = std::chrono::steady_clock::now();
+    ContainerOptions options;
+    Console const& console;
+    Viewer viewer;
+    std::unique_ptr<GMainLoop, UnrefLoop> loop;
+    std::unique_ptr<Store> store;
+    std::unique_ptr<BusPresence> presence;
+    std::unique_ptr<Work> work; // goes first: what it owes is still answered
+    Timer refreshTimer;
+    Timer reconnectTimer;
+    Timer patienceTimer;
+    std::chrono::steady_clock::time_point lostAt;
+    bool ending = false;
+    ExitCode code = ExitCode::Done;
+};
+
+} // namespace workbench

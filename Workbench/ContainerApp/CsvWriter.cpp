@@ -1,0 +1,63 @@
+#include "Workbench/ContainerApp/CsvWriter.h"
+
+#include <array>
+#include <charconv>
+#include <string_view>
+
+namespace workbench {
+
+namespace {
+
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view LineEnd = "\r\n";
+
+// The shortest digits that read back as the same number, in any locale.
+std::string numberText(double number) {
+    auto digits = std::array<char, 400>{};
+    auto const end =
+        std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed);
+    return {digits.data(), end.ptr};
+}
+
+std::string inQuotes(std::string_view text) {
+    auto field = std::string{'"'};
+    for (auto const character : text) {
+        if (character == '"')
+            field += '"';
+        field += character;
+    }
+    return field + '"';
+}
+
+std::string fieldOf(std::string_view text) {
+    auto field = std::string{};
+    if (!text.empty() && std::string_view{"=+-@"}.find(text.front()) != std::string_view::npos)
+        field = '\'';
+    field += text;
+    return field.find_first_of("\",\r\n") == std::string::npos ? field : inQuotes(field);
+}
+
+} // namespace
+
+CsvWriter::CsvWriter(std::optional<FrameCount> theFrameCount)
+    : frameCount{theFrameCount} {}
+
+std::string CsvWriter::header() {
+    return std::string{ByteOrderMark} + "id,timecode,frame,seconds,duration,author,text,resolved" +
+           std::string{LineEnd};
+}
+
+std::string CsvWriter::line(Comment const& comment) const {
+    auto line = fieldOf(comment.id) + ',';
+    if (frameCount) {
+        auto const frame = frameAt(comment.start, frameCount->rate);
+        line += timecode(frame, *frameCount) + ',' + std::to_string(frame) + ',';
+    } else {
+        line += ",,";
+    }
+    line += numberText(comment.start) + ',' + numberText(comment.duration) + ',';
+    line += fieldOf(comment.author) + ',' + fieldOf(comment.text) + ',';
+    return line + (comment.resolved ? "true" : "false") + std::string{LineEnd};
+}
+
+} // namespace workbench

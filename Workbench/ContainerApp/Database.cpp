@@ -1,0 +1,60 @@
+#include "Workbench/ContainerApp/Database.h"
+
+#include <sqlite3.h>
+
+namespace workbench {
+
+namespace {
+
+// Long enough for a checkpoint by a person's sqlite3 session, short enough for a command's minute.
+constexpr int BusyMilliseconds = 5000;
+
+} // namespace
+
+void Database::Close::operator()(sqlite3* handle) const {
+    sqlite3_close_v2(handle);
+}
+
+Database::Database(std::string const& file) {
+    sqlite3* handle = nullptr;
+    auto const status =
+        sqlite3_open_v2(file.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    connection.reset(handle);
+    if (status != SQLITE_OK)
+        fail("cannot open " + file);
+    if (sqlite3_db_readonly(handle, "main") == 1)
+        throw DatabaseError("cannot write " + file);
+    sqlite3_extended_result_codes(handle, 1);
+    sqlite3_busy_timeout(handle, BusyMilliseconds);
+}
+
+void Database::execute(std::string const& sql) {
+    if (sqlite3_exec(handle(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
+        fail("cannot use the database");
+}
+
+void Database::checkpoint() {
+    execute("PRAGMA wal_checkpoint(TRUNCATE)");
+}
+
+void Database::fail(std::string const& whatFailed) const {
+    throw DatabaseError(whatFailed + ": " + (connection ? sqlite3_errmsg(handle()) : "out of memory"));
+}
+
+Transaction::Transaction(Database& theDatabase)
+    : database{theDatabase} {
+    database.execute("BEGIN IMMEDIATE");
+}
+
+Transaction::~Transaction() {
+    // A full disk may have ended the transaction already, and a failed rollback leaves nothing to be done.
+    if (open && sqlite3_get_autocommit(database.handle()) == 0)
+        sqlite3_exec(database.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void Transaction::commit() {
+    database.execute("COMMIT");
+    open = false;
+}
+
+} // namespace workbench

@@ -1,0 +1,144 @@
+#include "Workbench/ContainerApp/ExportDesk.h"
+
+#include "Workbench/ContainerApp/CommentList.h"
+
+#include <glib.h>
+
+#include <sys/stat.h>
+#include <unordered_set>
+#include <utility>
+
+namespace workbench {
+
+namespace {
+
+constexpr char const* Csv = "csv";
+
+std::string documentsFolder() {
+    auto const* documents = g_get_user_special_dir(G_USER_DIRECTORY_DOCUMENTS);
+    auto folder = documents ? std::string{documents} : std::string{g_get_home_dir()} + "/Documents";
+    g_mkdir_with_parents(folder.c_str(), 0777);
+    return folder;
+}
+
+void checkFolder(std::string const& folder) {
+    struct stat status{};
+    if (folder.empty() || folder.front() != '/')
+        throw OutputError("\"" + folder + "\" is no full path of a folder");
+    if (::stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
+        throw OutputError("there is no folder " + folder);
+}
+
+std::string sentenceFor(ExportOutcome const& outcome) {
+    if (outcome.state == ExportState::Done)
+        return "exported " + outcome.path;
+    return outcome.state == ExportState::Cancelled ? "the export was cancelled"
+                                                   : "the export failed: " + outcome.detail;
+}
+
+} // namespace
+
+ExportDesk::ExportDesk(CommentStore& theComments, SequenceStore& theSequences, Settings& theSettings,
+                       ExportHistory& theHistory, Exporter& theExporter)
+    : comments{theComments}
+    , sequences{theSequences}
+    , settings{theSettings}
+    , history{theHistory}
+    , exporter{theExporter} {}
+
+std::optional<std::string> ExportDesk::start(Json const& wanted) {
+    auto const read = readExportSettings(wanted);
+    if (!read)
+        return "one of the export's settings has a value that it cannot have";
+    if (read->format != Csv)
+        return "\"" + read->format + "\" is no format that can be exported";
+    if (exporter.isRunning())
+        return "an export is running already";
+    try {
+        observer(ExportState::Running, begin(*read));
+        return {};
+    } catch (OutputError const& error) {
+        return error.what();
+    }
+}
+
+std::string ExportDesk::begin(ExportSettings const& wanted) {
+    auto const key = wanted.sequence.value_or(sequences.activeKey());
+    auto const sequence = sequences.description(key);
+    auto const folder = folderFor(wanted);
+    auto const otherwise = plainFileName(sequence ? sequence->name : "", "comments", "");
+    auto const name = plainFileName(wanted.fileName.value_or(""), otherwise, ".csv");
+    auto job = ExportJob{.file = OutputFile{folder, name},
+                         .writer = CsvWriter{frameCountFor(sequence, wanted)},
+                         .comments = chosen(comments.comments(key), wanted),
+                         .onExists = wanted.onExists};
+    auto const count = job.comments.size();
+    auto const id = history.begin(sequences.find(key), Csv);
+    exporter.start(std::move(job), [this, id](ExportOutcome const& outcome) { finish(id, outcome); });
+    return "exporting " + std::to_string(count) + " comments to " + folder + "/" + name;
+}
+
+void ExportDesk::cancel(std::function<void(bool)> answer) {
+    if (!exporter.isRunning()) {
+        answer(false);
+        return;
+    }
+    waiting.push_back(std::move(answer));
+    exporter.cancel();
+}
+
+std::string ExportDesk::folderFor(ExportSettings const& wanted) {
+    auto const folder = wanted.folder ? wanted.folder : settings.value(OutputFolderSetting);
+    auto result = folder ? *folder : documentsFolder();
+    checkFolder(result);
+    return result;
+}
+
+void ExportDesk::finish(std::int64_t id, ExportOutcome const& outcome) {
+    for (auto const& answer : std::exchange(waiting, {}))
+        answer(outcome.state == ExportState::Cancelled);
+    try {
+        history.finish(id, outcome.state, outcome.path, outcome.detail);
+    } catch (DatabaseError const& error) {
+        observer(ExportState::Failed, std::string{"the export's end cannot be noted: "} + error.what());
+    }
+    observer(outcome.state, sentenceFor(outcome));
+}
+
+std::optional<FrameCount> frameCountFor(std::optional<HostSequence> const& sequence,
+                                        ExportSettings const& settings) {
+    auto rate = sequence ? sequence->rate : std::nullopt;
+    if (!rate && settings.frameRate)
+        rate = rateFromRounded(*settings.frameRate);
+    if (!rate)
+        return {};
+    auto count = FrameCount{.rate = *rate};
+    if (sequence) {
+        count.firstFrame = sequence->firstFrame;
+        count.dropFrame = sequence->dropFrame;
+    }
+    if (!settings.timecodeStart)
+        return count;
+    count.dropFrame = count.dropFrame || settings.timecodeStart->find(';') != std::string::npos;
+    auto const first = frameOfLabel(*settings.timecodeStart, count);
+    if (!first)
+        throw OutputError("\"" + *settings.timecodeStart + "\" is no timecode at this rate");
+    count.firstFrame = *first;
+    return count;
+}
+
+std::vector<Comment> chosen(std::vector<Comment> list, ExportSettings const& settings) {
+    auto left = std::unordered_set<std::string>{};
+    auto result = std::vector<Comment>{};
+    for (auto& comment : threaded(std::move(list))) {
+        auto const& parent = comment.parentId;
+        auto const isLeft = parent ? left.contains(*parent) : settings.openOnly && comment.resolved;
+        if (isLeft)
+            left.insert(comment.id);
+        else if (!parent || settings.replies)
+            result.push_back(std::move(comment));
+    }
+    return result;
+}
+
+} // namespace workbench

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Workbench/ContainerApp/Statement.h"
+
+#include <optional>
+#include <string>
+
+namespace workbench {
+
+// What the program remembers from run to run. Throws DatabaseError.
+class Settings {
+public:
+    explicit Settings(Database& database);
+
+    [[nodiscard]] std::optional<std::string> value(std::string const& key);
+    void set(std::string const& key, std::string const& value);
+
+private:
+    Statement read;
+    Statement write;
+};
+
+// The folder that was chosen last.
+inline constexpr char const* OutputFolderSetting = "outputFolder";
+
+} // namespace workbench

@@ -1,0 +1,103 @@
+#include "Workbench/ContainerApp/WindowContent.h"
+
+#include "Workbench/ContainerApp/CommentList.h"
+
+#include <glib.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+namespace workbench {
+
+namespace {
+
+constexpr int NewestExports = 20;
+
+struct UnrefTime {
+    void operator()(GDateTime* time) const { g_date_time_unref(time); }
+};
+
+using DateTime = std::unique_ptr<GDateTime, UnrefTime>;
+
+struct Free {
+    void operator()(char* text) const { g_free(text); }
+};
+
+// Without a rate there are no frames to count.
+std::string clockTime(double seconds) {
+    auto const milliseconds = static_cast<long long>(std::min(seconds, 1e12) * 1000 + 0.5);
+    char text[64];
+    std::snprintf(text, sizeof text, "%02lld:%02lld:%02lld.%03lld", milliseconds / 3'600'000,
+                  milliseconds / 60'000 % 60, milliseconds / 1000 % 60, milliseconds % 1000);
+    return text;
+}
+
+std::string timeOf(Comment const& comment, std::optional<HostSequence> const& sequence) {
+    if (!sequence || !sequence->rate)
+        return clockTime(comment.start);
+    auto const count = FrameCount{*sequence->rate, sequence->firstFrame, sequence->dropFrame};
+    return timecode(frameAt(comment.start, count.rate), count);
+}
+
+std::string localTimeOfDay(std::string const& iso) {
+    auto const utc = DateTime{g_date_time_new_from_iso8601(iso.c_str(), nullptr)};
+    if (!utc)
+        return {};
+    auto const local = DateTime{g_date_time_to_local(utc.get())};
+    auto const text = std::unique_ptr<char, Free>{g_date_time_format(local.get(), "%H:%M")};
+    return text.get();
+}
+
+std::string counted(std::size_t count, char const* one, char const* many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::string summaryOf(std::vector<Comment> const& comments) {
+    auto const isTop = [](Comment const& comment) { return !comment.parentId; };
+    auto const isResolved = [&](Comment const& comment) { return isTop(comment) && comment.resolved; };
+    auto const top = static_cast<std::size_t>(std::count_if(comments.begin(), comments.end(), isTop));
+    auto const resolved =
+        static_cast<std::size_t>(std::count_if(comments.begin(), comments.end(), isResolved));
+    if (top == 0)
+        return "No comments";
+    return counted(top, "comment", "comments") + ", " + std::to_string(resolved) + " resolved";
+}
+
+std::string describeExport(ExportRecord const& record) {
+    switch (record.state) {
+    case ExportState::Running:
+        return "Exporting ...";
+    case ExportState::Done:
+        return record.path;
+    case ExportState::Cancelled:
+        return "Cancelled";
+    case ExportState::Failed:
+        break;
+    }
+    return "Failed: " + record.detail;
+}
+
+} // namespace
+
+WindowContent readWindowContent(Store& store) {
+    auto const key = store.sequences.activeKey();
+    auto const sequence = store.sequences.description(key);
+    auto comments = store.comments.comments(key);
+    auto content = WindowContent{};
+    content.sequence = sequence && !sequence->name.empty() ? sequence->name : "No sequence open";
+    content.summary = summaryOf(comments);
+    for (auto const& comment : threaded(std::move(comments)))
+        content.comments.push_back({.time = timeOf(comment, sequence),
+                                    .author = comment.author,
+                                    .text = comment.text,
+                                    .isReply = comment.parentId.has_value(),
+                                    .isResolved = comment.resolved});
+    for (auto const& record : store.exports.newest(NewestExports))
+        content.exports.push_back({.time = localTimeOfDay(record.startedAt),
+                                   .text = describeExport(record),
+                                   .state = record.state});
+    return content;
+}
+
+} // namespace workbench

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Workbench/ContainerApp/Store.h"
+
+#include <string>
+#include <vector>
+
+namespace workbench {
+
+// What the window shows, as text.
+struct WindowContent {
+    struct CommentRow {
+        std::string time;
+        std::string author;
+        std::string text;
+        bool isReply = false;
+        bool isResolved = false;
+
+        friend bool operator==(CommentRow const&, CommentRow const&) = default;
+    };
+
+    struct ExportRow {
+        std::string time; // of day, in the person's own zone
+        std::string text;
+        ExportState state = ExportState::Done;
+
+        friend bool operator==(ExportRow const&, ExportRow const&) = default;
+    };
+
+    std::string sequence;
+    std::string summary; // "12 comments, 3 resolved"
+    std::vector<CommentRow> comments;
+    std::vector<ExportRow> exports;
+};
+
+// The active sequence and the newest exports. Throws DatabaseError.
+[[nodiscard]] WindowContent readWindowContent(Store& store);
+
+} // namespace workbench

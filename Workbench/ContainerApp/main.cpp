@@ -1,0 +1,67 @@
+#include "Workbench/ContainerApp/ContainerApp.h"
+#include "Workbench/ContainerApp/FolderDialog.h"
+#include "Workbench/ContainerApp/MainWindow.h"
+
+#include <glib.h>
+
+#include <cstdio>
+#include <exception>
+#include <optional>
+
+using namespace workbench;
+
+namespace {
+
+// The window and what hangs from it.
+struct Desktop {
+    explicit Desktop(ContainerApp& app)
+        : window{[&app] { app.requestEnd(); }}
+        , dialog{window} {
+        app.setViewer({.show = [this](WindowContent const& content) { window.showContent(content); },
+                       .complain = [this](std::string const& sentence) { window.showProblem(sentence); },
+                       .chooseFolder =
+                           [this](std::string const& folder, FolderChooser::Chosen chosen) {
+                               dialog.open(folder, std::move(chosen));
+                           }});
+        window.show();
+    }
+
+    MainWindow window;
+    FolderDialog dialog;
+};
+
+ExitCode run(ContainerOptions const& options) {
+    auto const console = Console{options.verbose ? Console::Detail::Verbose : Console::Detail::Quiet};
+    auto desktop = std::optional<Desktop>{};
+    auto app = ContainerApp{options, console};
+    if (auto const code = app.start(); code != ExitCode::Done)
+        return code;
+    if (options.window && startToolkit())
+        desktop.emplace(app);
+    else if (options.window)
+        console.complain("there is no display; running without a window");
+    return app.run();
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    g_set_prgname("zelvix-container");
+    auto problem = std::string{};
+    auto const options = readOptions({arguments + 1, arguments + count}, problem);
+    if (!options) {
+        std::fprintf(stderr, "zelvix-container: %s\n%s", problem.c_str(), helpText().c_str());
+        return static_cast<int>(ExitCode::WrongUsage);
+    }
+    if (options->action != ContainerOptions::Action::Run) {
+        auto const isHelp = options->action == ContainerOptions::Action::Help;
+        std::fputs(isHelp ? helpText().c_str() : "zelvix-container " ZELVIX_VERSION "\n", stdout);
+        return 0;
+    }
+    try {
+        return static_cast<int>(run(*options));
+    } catch (std::exception const& error) {
+        std::fprintf(stderr, "zelvix-container: %s\n", error.what());
+        return static_cast<int>(ExitCode::Failed);
+    }
+}
