@@ -130,7 +130,10 @@ TEST_F(ReviewPageTest, MovesNothingWhileTheTimecodeRuns) {
     open();
     page.addComment("stays where it is", 1);
     auto const layout = R"(
-        return [...document.querySelectorAll("body > :not(footer), main *, footer > *")].map((part) => {
+        const digits = document.createRange();
+        digits.selectNodeContents(document.getElementById("timecode"));
+        const parts = [...document.querySelectorAll("body > :not(footer), main *, footer > *")];
+        return [digits, ...parts].map((part) => {
             const box = part.getBoundingClientRect();
             return [part.id, box.x, box.y, box.width, box.height].join(" ");
         }).join("\n");
@@ -331,7 +334,7 @@ TEST_F(ReviewPageTest, KeepsTheCommentsOfEachSequenceApart) {
     EXPECT_EQ(commentCount(), 1);
 }
 
-TEST_F(ReviewPageTest, SettlesACommentOfASequenceThatIsNoLongerShown) {
+TEST_F(ReviewPageTest, SettlesACommentOfASequenceThatIsNotShown) {
     page.neverAnswer("syncComment");
     open();
     page.addComment("of the first", 2);
@@ -343,7 +346,20 @@ TEST_F(ReviewPageTest, SettlesACommentOfASequenceThatIsNoLongerShown) {
     page.resolve(page.messages("syncComment").front(), true);
     page.send("fcp:sequence-changed", Sequence);
     EXPECT_TRUE(becomes(State, "Synced"));
-    EXPECT_EQ(page.messages("syncComment").size(), 1U);
+}
+
+TEST_F(ReviewPageTest, SendsNothingTwiceWhenASequenceComesBack) {
+    page.neverAnswer("syncComment");
+    open();
+    page.addComment("of the first", 2);
+    ASSERT_TRUE(page.hears("syncComment", 1));
+    auto other = Sequence;
+    other["name"] = "Other";
+    page.send("fcp:sequence-changed", other);
+    page.send("fcp:sequence-changed", Sequence);
+    page.addComment("a later one", 3);
+    EXPECT_TRUE(page.hears("syncComment", 2));
+    EXPECT_EQ(page.messages("syncComment").back().at("text"), "a later one");
 }
 
 TEST_F(ReviewPageTest, SyncsTheWholeListAtOnce) {
@@ -428,6 +444,17 @@ TEST_F(ReviewPageTest, SaysWhenTheBrowserKeepsNothing) {
     EXPECT_TRUE(becomes(State, "Synced"));
     EXPECT_EQ(page.text("#notice"),
               "This browser keeps no comments: a reload loses those that are not synced.");
+}
+
+TEST_F(ReviewPageTest, TakesStorageThatHoldsNoListForEmpty) {
+    for (auto const* text : {R"({"a":1})", "5", "null", "[", R"("text")"}) {
+        auto const set =
+            "localStorage.setItem('zelvix.comments:[\"Café 日本 🎬\",29.97]', '" + std::string{text} + "')";
+        page.addScript(set.c_str());
+        open();
+        EXPECT_EQ(commentCount(), 0) << text;
+        EXPECT_EQ(page.evaluate("return document.getElementById('no-comments').hidden;"), false) << text;
+    }
 }
 
 TEST_F(ReviewPageTest, ReadsOnlyCommentsFromTheSharedStorage) {
