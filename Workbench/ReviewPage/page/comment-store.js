@@ -36,10 +36,9 @@ export class CommentStore {
 
     #load(key) {
         try {
-            const entries = JSON.parse(this.#storage.getItem(PREFIX + key) ?? "[]");
-            return Array.isArray(entries) ? entries.filter(isComment) : [];
+            return JSON.parse(this.#storage.getItem(PREFIX + key)).filter(isComment);
         } catch {
-            return [];
+            return []; // nothing stored, or no list of ours
         }
     }
 }

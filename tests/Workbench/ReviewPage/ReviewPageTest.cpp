@@ -381,6 +381,22 @@ TEST_F(ReviewPageTest, SyncsTheWholeListAtOnce) {
     EXPECT_EQ(page.text("#notice"), "The comments could not be synced.");
 }
 
+TEST_F(ReviewPageTest, LeavesACommentOutOfTheListThatIsBeingDeleted) {
+    page.answer("deleteComment", false);
+    open();
+    page.addComment("stays", 1);
+    page.addComment("goes", 2);
+    ASSERT_TRUE(page.eventually("document.querySelectorAll('.state[data-state=synced]').length === 2"));
+    page.click("#comments > li:nth-child(2) [data-part=remove]");
+    ASSERT_TRUE(becomes("#comments > li:nth-child(2) [data-part=state]", "Not deleted"));
+    page.click("#sync-all");
+    ASSERT_TRUE(becomes("#notice", "All comments are synced."));
+    auto const comments = page.messages("syncAllComments").front().at("comments");
+    ASSERT_EQ(comments.size(), 1U);
+    EXPECT_EQ(comments[0].at("text"), "stays");
+    EXPECT_EQ(page.text("#comments > li:nth-child(2) [data-part=state]"), "Not deleted");
+}
+
 TEST_F(ReviewPageTest, AsksForACsvExportAndSaysWhatBecameOfIt) {
     open();
     page.click("#export");
