@@ -27,6 +27,8 @@ void NavigationTracker::requested(std::string const& uri) {
 
 void NavigationTracker::decided(std::string const& uri, NavigationActionPolicy policy) {
     if (policy == NavigationActionPolicy::Allow) {
+        allowedUri = uri;
+        abandoned = false;
         if (ignoredUri == uri)
             ignoredUri.reset();
         return;
@@ -54,7 +56,10 @@ void NavigationTracker::started(std::string const& uri) {
     requestedUri.reset();
     load = {};
     load.phase = LoadPhase::Provisional;
-    load.startedAt = uri;
+    load.conclusive = std::exchange(abandoned, false);
+    // The engine names the address that was asked for last, which may still be waiting for its own start.
+    if (uri == allowedUri)
+        load.startedAt = uri;
 }
 
 void NavigationTracker::redirected() {
@@ -100,9 +105,11 @@ void NavigationTracker::mainResourceCompleted() {
 NavigationReport NavigationTracker::timedOut() {
     if (!awaitsMainResource())
         return {};
-    // A request that is stopped before its start is never heard of again.
+    // A request that is stopped before its start is mostly not heard of again, so nothing else would report
+    // it.
     if (requestedUri) {
         requestedUri.reset();
+        abandoned = true;
         return {Kind::FailedProvisionally, timedOutError()};
     }
     load.timedOut = true;
@@ -112,6 +119,7 @@ NavigationReport NavigationTracker::timedOut() {
 void NavigationTracker::processTerminated() {
     load = {};
     requestedUri.reset();
+    abandoned = false;
     shownUri.clear();
     allowedNewWindows.clear();
 }

@@ -60,7 +60,7 @@ private:
     // What is known of the load that the engine is busy with.
     struct Load {
         LoadPhase phase = LoadPhase::Idle;
-        std::string startedAt;
+        std::string startedAt; // empty when the policy had not allowed that address
         bool redirected = false;
         bool mainResourceComplete = false;
         bool replaced = false; // by a load of our own: its cancellation is no failure
@@ -71,6 +71,8 @@ private:
     Load load;
     std::optional<std::string> requestedUri; // asked for, not started yet
     std::optional<std::string> ignoredUri; // the latest that the policy turned down
+    std::string allowedUri; // the latest that it did not
+    bool abandoned = false; // a request timed out before its start: should it start yet, that says nothing
     std::string shownUri;
     std::vector<std::string> allowedNewWindows;
 };
