@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Workbench/HostEditor/NoticeList.h"
+#include "Workbench/HostEditor/PanelPane.h"
+#include "Workbench/HostEditor/PictureView.h"
+#include "Workbench/HostEditor/SequenceChoice.h"
+#include "Workbench/HostEditor/TimelineView.h"
+#include "Workbench/HostEditor/TransportBar.h"
+
+#include <gtkmm/headerbar.h>
+#include <gtkmm/paned.h>
+#include <gtkmm/window.h>
+
+#include <vector>
+
+namespace workbench {
+
+class Editor;
+
+// The window: picture, transport and timeline at the left, the panel at the right. It shows the editor's
+// state and passes on what the user asks for.
+class EditorWindow final : public Gtk::Window {
+public:
+    explicit EditorWindow(Editor& editor); // outlives the window
+    EditorWindow(EditorWindow const&) = delete;
+    EditorWindow& operator=(EditorWindow const&) = delete;
+
+    void addNotice(std::string const& line) { notices.add(line); }
+
+    void showPins(std::vector<Pin> pins, bool areLive) { timeline.showPins(std::move(pins), areLive); }
+
+    [[nodiscard]] PanelPane& panel() { return panelPane; }
+
+private:
+    void arrange();
+    void followEditor();
+    void listenToControls();
+    void listenToKeys();
+    bool pressKey(guint key, Gdk::ModifierType modifiers);
+    [[nodiscard]] bool keysAreOurs();
+    [[nodiscard]] std::int64_t framesInSecond() const;
+    void showActive();
+    void showTarget();
+
+    Editor& editor;
+    Gtk::HeaderBar head;
+    SequenceChoice sequences;
+    Gtk::Paned split{Gtk::Orientation::HORIZONTAL};
+    Gtk::Box stage{Gtk::Orientation::VERTICAL};
+    NoticeList notices;
+    PictureView picture;
+    TransportBar transport;
+    TimelineView timeline;
+    PanelPane panelPane;
+};
+
+} // namespace workbench

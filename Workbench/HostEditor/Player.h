@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Workbench/HostEditor/Playback.h"
+
+#include <glibmm/dispatcher.h>
+#include <sigc++/sigc++.h>
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+namespace workbench {
+
+class Sequence;
+
+// Plays one sequence at a time and moves its playhead. Lives on the main thread and calls back there; needs a
+// running default main loop. Of the frames that the engine puts out faster than the loop takes them the
+// newest wins. While one jump is under way only the last of the further ones is kept.
+class Player final {
+public:
+    Player();
+    ~Player();
+    Player(Player const&) = delete;
+    Player& operator=(Player const&) = delete;
+
+    // Puts the sequence on, paused where it was left. It outlives its stay. False: the engine cannot play
+    // here.
+    bool open(Sequence& sequence);
+    void close();
+
+    void play(); // from the beginning when it is at the end
+    void pause();
+    void pauseAt(std::int64_t frame); // also moves the playhead of a player that is paused already
+
+    // Clamped to the sequence; nothing happens without one.
+    void seek(std::int64_t frame);
+
+    [[nodiscard]] bool isPlaying() const { return playing; }
+
+    // The frame that is on the screen, and the one that is going to be.
+    [[nodiscard]] std::int64_t position() const { return displayed; }
+
+    [[nodiscard]] std::int64_t target() const;
+
+    // The room for the picture, in pixels of the screen.
+    void setArea(PixelSize area);
+
+    sigc::signal<void(ShownFrame const&)>& signalShown() { return shown; }
+
+    sigc::signal<void()>& signalTargetChanged() { return targetChanged; }
+
+    sigc::signal<void()>& signalPlayingChanged() { return playingChanged; }
+
+private:
+    void put(ShownFrame frame); // on the engine's threads
+    void take();
+    [[nodiscard]] bool isExpected(std::int64_t frame) const;
+    void send(std::int64_t frame);
+    void ensureWatching();
+    bool watch(); // false: there is nothing to watch
+    void setPlaying(bool plays);
+    void applyLimits();
+    [[nodiscard]] std::int64_t last() const;
+
+    std::mutex exchange; // guards `newest`
+    std::optional<ShownFrame> newest;
+    Glib::Dispatcher arrived;
+
+    Sequence* sequence = nullptr;
+    std::unique_ptr<Playback> playback;
+    std::int64_t displayed = 0;
+    std::optional<std::int64_t> underWay; // the jump that the engine works on
+    std::optional<std::int64_t> next; // the one that follows it
+    bool playing = false;
+    PixelSize area{960, 540};
+    std::int64_t lastSign = 0; // monotonic time of the last frame or command, in microseconds
+    sigc::connection watching; // runs while the engine owes a frame
+
+    sigc::signal<void(ShownFrame const&)> shown;
+    sigc::signal<void()> targetChanged;
+    sigc::signal<void()> playingChanged;
+};
+
+} // namespace workbench

@@ -1,0 +1,184 @@
+#include "Workbench/HostEditor/Program.h"
+
+#include "Workbench/HostEditor/ContainerLauncher.h"
+#include "Workbench/HostEditor/DevelopmentMarker.h"
+#include "Workbench/HostEditor/Editor.h"
+#include "Workbench/HostEditor/EditorService.h"
+#include "Workbench/HostEditor/EditorWindow.h"
+#include "Workbench/HostEditor/HostSymbol.h"
+#include "Workbench/HostEditor/Journal.h"
+#include "Workbench/HostEditor/MediaEngine.h"
+#include "Workbench/HostEditor/PanelModule.h"
+#include "Workbench/HostEditor/PinsClient.h"
+#include "Workbench/HostEditor/ProgramFolder.h"
+#include "Workbench/HostEditor/SessionBus.h"
+#include "Workbench/HostEditor/SignalWatch.h"
+#include "Workbench/HostEditor/Style.h"
+#include "Workbench/ReviewPage/PageServer.h"
+#include "Workbench/ReviewPage/PageServerControl.h"
+
+#include <glibmm/main.h>
+#include <gtkmm/init.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace workbench {
+
+namespace {
+
+// Without a graphics processor the toolkit's own choice is a slower imitation of one.
+void chooseRenderer() {
+    std::error_code error;
+    if (!std::filesystem::exists("/dev/dri", error))
+        setenv("GSK_RENDERER", "cairo", 0);
+}
+
+std::optional<SequenceFacts> activeFacts(Editor const& editor) {
+    auto const* const sequence = editor.activeSequence();
+    return sequence ? std::optional{*sequence} : std::nullopt;
+}
+
+// The parts in the order in which they are made; they go in the opposite one.
+class Program final {
+public:
+    Program(Options const& chosen, Journal const& toTell)
+        : options(chosen)
+        , journal(toTell)
+        , loop(Glib::MainLoop::create())
+        , signals([this](int number) { endBySignal(number); })
+        , marker(options.production ? DevelopmentMarker::Use::LeaveAlone : DevelopmentMarker::Use::Select, {})
+        , editor(journal)
+        , service(bus)
+        , pins(PinsClient::create(bus))
+        , host(publishHost(options.observerThread ? HostBridge::Delivery::OwnThread
+                                                  : HostBridge::Delivery::MainThread)) {}
+
+    void run() {
+        for (auto const& message : marker.messages())
+            journal.warn(message);
+        connectParts();
+        editor.open(options.files);
+        startPage();
+        startContainer();
+        showWindow();
+        loop->run();
+        endQuietly();
+    }
+
+private:
+    void endBySignal(int number) {
+        journal.say("ended by signal " + std::to_string(number));
+        loop->quit();
+    }
+
+    void connectParts() {
+        host.onMove([this](std::int64_t frame) { editor.seek(frame); });
+        editor.signalActiveChanged().connect([this] { tellActive(); });
+        editor.signalPositionChanged().connect([this] { host.setFrame(editor.position()); });
+        pins->signalChanged().connect([this] {
+            if (window)
+                window->showPins(pins->pins(), pins->isLive());
+        });
+    }
+
+    void tellActive() {
+        auto const facts = activeFacts(editor);
+        service.setActiveSequence(facts);
+        pins->follow(facts ? facts->key : std::string{});
+        host.setActive(facts, editor.position());
+    }
+
+    void startPage() {
+        // The published page needs no server, unless somebody else's marker calls for the local one.
+        if (!options.servesPage || !marker.isPresent())
+            return;
+        Stopwatch const watch;
+        page.emplace();
+        strangerAtPort = page->start();
+        if (strangerAtPort) {
+            journal.warn(*strangerAtPort);
+            return;
+        }
+        journal.say("review page served at " + page->pageURL() + ", in " + watch.text());
+        pageControl.emplace(*page);
+    }
+
+    void startContainer() {
+        if (options.startsContainer)
+            launcher.emplace(bus, journal, programFolder() / "zelvix-container");
+    }
+
+    void showWindow() {
+        installStyle();
+        window.emplace(editor);
+        window->showPins(pins->pins(), pins->isLive());
+        window->signal_hide().connect([this] { loop->quit(); });
+        window->present();
+        journal.say("window shown");
+        // After the first picture: the panel's engine takes a while to load.
+        Glib::signal_idle().connect_once([this] { loadPanel(); });
+    }
+
+    void loadPanel() {
+        if (strangerAtPort) {
+            window->panel().say("The panel is not loaded", *strangerAtPort);
+            return;
+        }
+        Stopwatch const watch;
+        std::filesystem::path const module =
+            options.panelModule.empty() ? defaultPanelModule() : std::filesystem::path{options.panelModule};
+        auto const made = makePanel(module);
+        if (auto const* const reason = std::get_if<std::string>(&made)) {
+            journal.warn("no panel: " + *reason);
+            window->panel().say("There is no panel", *reason);
+            return;
+        }
+        window->panel().hold(std::get<GtkWidget*>(made));
+        journal.say("panel loaded from " + module.string() + " in " + watch.text());
+    }
+
+    void endQuietly() {
+        window.reset();
+        host.close();
+        editor.deactivate();
+    }
+
+    Options const& options;
+    Journal const& journal;
+    Glib::RefPtr<Glib::MainLoop> loop;
+    SignalWatch signals;
+    DevelopmentMarker marker;
+    MediaEngine engine;
+    Editor editor;
+    SessionBus bus;
+    EditorService service;
+    std::shared_ptr<PinsClient> pins;
+    HostBridge& host;
+    std::optional<std::string> strangerAtPort; // the page server's complaint
+    std::optional<PageServer> page;
+    std::optional<PageServerControl> pageControl;
+    std::optional<ContainerLauncher> launcher;
+    std::optional<EditorWindow> window;
+};
+
+} // namespace
+
+int runWorkbench(Options const& options) {
+    Journal const journal;
+    chooseRenderer();
+    outliveSessionBus();
+    if (!gtk_init_check()) {
+        journal.warn("there is no display to show a window on");
+        return EXIT_FAILURE;
+    }
+    Gtk::init_gtkmm_internals();
+    Program{options, journal}.run();
+    journal.say("ended");
+    return EXIT_SUCCESS;
+}
+
+} // namespace workbench

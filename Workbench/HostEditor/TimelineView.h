@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Workbench/HostEditor/Pin.h"
+#include "Workbench/HostEditor/SequenceFacts.h"
+#include "Workbench/HostEditor/TimeAxis.h"
+
+#include <gtkmm/widget.h>
+#include <sigc++/sigc++.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace workbench {
+
+class PinButton;
+class PlayheadLine;
+class TimelineGround;
+
+// The whole active sequence on one line: a ruler, the pins of its comments, its clip, and the playhead above
+// them. A press or a drag asks for the frame below it, a pin for the frame that it marks. From left to right
+// the time axis leaves Margin free on both sides.
+class TimelineView final : public Gtk::Widget {
+public:
+    static constexpr int Margin = 12;
+
+    TimelineView();
+    ~TimelineView() override;
+
+    void showSequence(SequenceFacts const* sequence); // null: there is none
+    void showFrame(std::int64_t frame);
+    void showPins(std::vector<Pin> pins, bool areLive);
+
+    sigc::signal<void(std::int64_t)>& signalSeek() { return wanted; }
+
+protected:
+    void snapshot_vfunc(Glib::RefPtr<Gtk::Snapshot> const& snapshot) override;
+    void measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural,
+                       int& minimumBaseline, int& naturalBaseline) const override;
+    void size_allocate_vfunc(int width, int height, int baseline) override;
+
+private:
+    void listenToPointer();
+    void listenForTooltips();
+    void rebuildPins();
+    void regroupLater();
+    void placePins();
+    [[nodiscard]] TimeAxis axis() const;
+    [[nodiscard]] std::string marksNear(double position) const;
+
+    std::optional<SequenceFacts> sequence;
+    std::int64_t frame = 0;
+    std::vector<Pin> pins;
+    bool pinsAreLive = false;
+    int axisWidth = 1;
+    std::unique_ptr<TimelineGround> ground;
+    std::vector<std::unique_ptr<PinButton>> buttons; // one for each group
+    std::unique_ptr<PlayheadLine> playhead;
+    sigc::connection regrouping;
+    sigc::signal<void(std::int64_t)> wanted;
+};
+
+} // namespace workbench

@@ -1,0 +1,79 @@
+#include "Workbench/HostEditor/TransportBar.h"
+
+#include "Workbench/HostEditor/Accessible.h"
+#include "Workbench/HostEditor/Timecode.h"
+
+#include <string>
+
+namespace workbench {
+
+TransportBar::TransportBar() {
+    add_css_class("workbench-transport");
+    position.add_css_class("workbench-timecode");
+    position.set_xalign(0);
+    setAccessibleName(position, "Timecode");
+    frameNumber.add_css_class("workbench-quiet");
+    frameNumber.set_xalign(0);
+    frameNumber.set_valign(Gtk::Align::BASELINE);
+    setAccessibleName(frameNumber, "Frame");
+    place.append(position);
+    place.append(frameNumber);
+    set_start_widget(place);
+
+    buttons.add_css_class("workbench-buttons");
+    addButton(Glyph::Sign::First, "First frame", "First frame (Home)", [this] { first.emit(); });
+    addButton(Glyph::Sign::Previous, "Previous frame", "One frame back (Left)", [this] { step.emit(-1); });
+    addPlayButton();
+    addButton(Glyph::Sign::Next, "Next frame", "One frame on (Right)", [this] { step.emit(1); });
+    addButton(Glyph::Sign::Last, "Last frame", "Last frame (End)", [this] { last.emit(); });
+    set_center_widget(buttons);
+
+    length.add_css_class("workbench-quiet");
+    length.set_ellipsize(Pango::EllipsizeMode::END);
+    length.set_xalign(1);
+    set_end_widget(length);
+    showSequence(nullptr);
+}
+
+void TransportBar::addButton(Glyph::Sign sign, char const* name, char const* hint,
+                             sigc::slot<void()> const& pressed) {
+    auto* const button = Gtk::make_managed<Gtk::Button>();
+    button->set_child(*Gtk::make_managed<Glyph>(sign));
+    button->set_has_frame(false);
+    button->set_focus_on_click(false); // the keys stay with the timeline
+    button->set_tooltip_text(hint);
+    setAccessibleName(*button, name);
+    button->signal_clicked().connect(pressed);
+    buttons.append(*button);
+}
+
+void TransportBar::addPlayButton() {
+    playButton.set_child(playSign);
+    playButton.set_has_frame(false);
+    playButton.set_focus_on_click(false);
+    playButton.set_tooltip_text("Play or pause (Space)");
+    setAccessibleName(playButton, "Play");
+    playButton.signal_clicked().connect([this] { toggle.emit(); });
+    buttons.append(playButton);
+}
+
+void TransportBar::showSequence(SequenceFacts const* sequence) {
+    set_sensitive(sequence != nullptr);
+    rate = sequence ? sequence->rate : FrameRate{};
+    length.set_text(sequence ? timecode(sequence->length, rate) + "   " + rateText(rate) : std::string{});
+    auto const digits = sequence ? std::to_string(sequence->length).size() : std::size_t{1};
+    frameNumber.set_width_chars(static_cast<int>(digits) + 6);
+    showFrame(0);
+}
+
+void TransportBar::showFrame(std::int64_t frame) {
+    position.set_text(timecode(frame, rate));
+    frameNumber.set_text("frame " + std::to_string(frame));
+}
+
+void TransportBar::showPlaying(bool isPlaying) {
+    playButton.set_active(isPlaying);
+    playSign.setSign(isPlaying ? Glyph::Sign::Pause : Glyph::Sign::Play);
+}
+
+} // namespace workbench

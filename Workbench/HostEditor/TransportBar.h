@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Workbench/HostEditor/Glyph.h"
+#include "Workbench/HostEditor/SequenceFacts.h"
+
+#include <gtkmm/box.h>
+#include <gtkmm/centerbox.h>
+#include <gtkmm/label.h>
+#include <gtkmm/togglebutton.h>
+
+#include <cstdint>
+
+namespace workbench {
+
+// The row below the picture: where the playhead is, the buttons that move it, how long the sequence is. Its
+// parts keep their places while the numbers run.
+class TransportBar final : public Gtk::CenterBox {
+public:
+    TransportBar();
+
+    void showSequence(SequenceFacts const* sequence); // null: there is none
+    void showFrame(std::int64_t frame);
+    void showPlaying(bool isPlaying);
+
+    // What the buttons ask for.
+    sigc::signal<void()>& signalToggle() { return toggle; }
+
+    sigc::signal<void(std::int64_t)>& signalStep() { return step; } // by so many frames
+
+    sigc::signal<void()>& signalFirst() { return first; }
+
+    sigc::signal<void()>& signalLast() { return last; }
+
+private:
+    void addButton(Glyph::Sign sign, char const* name, char const* hint, sigc::slot<void()> const& pressed);
+    void addPlayButton();
+
+    Gtk::Label position;
+    Gtk::Label frameNumber;
+    Gtk::Box place{Gtk::Orientation::HORIZONTAL};
+    Gtk::Box buttons{Gtk::Orientation::HORIZONTAL};
+    Gtk::ToggleButton playButton;
+    Glyph playSign{Glyph::Sign::Play};
+    Gtk::Label length;
+    FrameRate rate;
+    sigc::signal<void()> toggle;
+    sigc::signal<void(std::int64_t)> step;
+    sigc::signal<void()> first;
+    sigc::signal<void()> last;
+};
+
+} // namespace workbench
