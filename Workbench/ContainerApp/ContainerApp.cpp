@@ -17,8 +17,8 @@ constexpr auto LongestRetry = 4000ms;
 // A bus that stays away this long has ended with its session.
 constexpr auto BusPatience = 30s;
 
-// How long an export may go on when the program is told to end.
-constexpr auto ExportPatience = 5000ms;
+// How long an export may go on when the program is told to end: who told it will not wait for long.
+constexpr auto ExportPatience = 1500ms;
 
 // The window follows a burst of writes in steps.
 constexpr auto RefreshDelay = 100ms;

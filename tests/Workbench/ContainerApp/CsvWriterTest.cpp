@@ -1,0 +1,96 @@
+#include "Workbench/ContainerApp/CsvWriter.h"
+#include "Workbench/ContainerApp/Json.h"
+#include "Workbench/ContainerApp/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace workbench {
+
+namespace {
+
+constexpr auto Bom = "\xEF\xBB\xBF";
+
+Comment comment(std::string const& text, double start = 12.5) {
+    auto made = Comment{};
+    made.id = "c1";
+    made.author = "Ana";
+    made.text = text;
+    made.start = start;
+    return made;
+}
+
+std::string line(std::string const& text) {
+    return CsvWriter{{}}.line(comment(text));
+}
+
+// What somebody else's reader makes of it.
+Json readByPython(std::string const& csv) {
+    auto const folder = TemporaryFolder{};
+    writeFile(folder / "x.csv", csv);
+    writeFile(folder / "read.py", "import csv, json, sys\n"
+                                  "with open(sys.argv[1], encoding='utf-8-sig', newline='') as file:\n"
+                                  "    print(json.dumps(list(csv.DictReader(file, strict=True))))\n");
+    return Json::parse(outputOf("python3 '" + folder / "read.py" + "' '" + folder / "x.csv" + "'"));
+}
+
+} // namespace
+
+TEST(CsvWriter, BeginsWithAByteOrderMarkAndTheNamesOfTheColumns) {
+    EXPECT_EQ(std::string{Bom} + "id,timecode,frame,seconds,duration,author,text,resolved\r\n",
+              CsvWriter::header());
+}
+
+TEST(CsvWriter, WritesOneLineForAComment) {
+    auto resolved = comment("Logo too small");
+    resolved.resolved = true;
+    resolved.duration = 0.1;
+    auto const writer = CsvWriter{FrameCount{{24000, 1001}, 86'400, false}};
+    EXPECT_EQ("c1,01:00:12:11,299,12.5,0.1,Ana,Logo too small,true\r\n", writer.line(resolved));
+}
+
+TEST(CsvWriter, LeavesFramesOutWithoutARate) {
+    EXPECT_EQ("c1,,,12.5,0,Ana,Logo too small,false\r\n", line("Logo too small"));
+}
+
+TEST(CsvWriter, QuotesWhatWouldBreakALine) {
+    EXPECT_EQ("c1,,,12.5,0,Ana,\"one, two\",false\r\n", line("one, two"));
+    EXPECT_EQ("c1,,,12.5,0,Ana,\"say \"\"no\"\"\",false\r\n", line("say \"no\""));
+    EXPECT_EQ("c1,,,12.5,0,Ana,\"one\ntwo\",false\r\n", line("one\ntwo"));
+    EXPECT_EQ("c1,,,12.5,0,Ana,\"one\rtwo\",false\r\n", line("one\rtwo"));
+}
+
+TEST(CsvWriter, MakesNoTextAFormula) {
+    for (auto const* text : {"=1+1", "+1", "-1", "@SUM(A1)"})
+        EXPECT_EQ("c1,,,12.5,0,Ana,'" + std::string{text} + ",false\r\n", line(text));
+    EXPECT_EQ("c1,,,12.5,0,Ana,\"'=1,2\",false\r\n", line("=1,2"));
+    EXPECT_EQ("c1,,,12.5,0,Ana,1=1,false\r\n", line("1=1"));
+    auto named = comment("");
+    named.id = "=x";
+    named.author = "@ana";
+    EXPECT_EQ("'=x,,,12.5,0,'@ana,,false\r\n", (CsvWriter{{}}.line(named)));
+}
+
+TEST(CsvWriter, WritesNumbersWithoutLosingADigit) {
+    EXPECT_EQ("c1,,,0.04170833333333333,0,Ana,,false\r\n", (CsvWriter{{}}.line(comment("", 1001.0 / 24000))));
+    EXPECT_EQ("c1,,,100000000000000000000,0,Ana,,false\r\n", (CsvWriter{{}}.line(comment("", 1e20))));
+}
+
+TEST(CsvWriter, IsReadBySomebodyElsesReader) {
+    auto const texts =
+        std::vector<std::string>{"plain",        "one, two", "say \"no\"", "one\r\ntwo\n", "", " spaces ",
+                                 "Café 日本 🎬", "\"",       ",",          "tab\there"};
+    auto csv = CsvWriter::header();
+    for (auto const& text : texts)
+        csv += CsvWriter{FrameCount{{25, 1}, 0, false}}.line(comment(text));
+    auto const rows = readByPython(csv);
+    ASSERT_EQ(texts.size(), rows.size());
+    for (std::size_t row = 0; row < texts.size(); ++row) {
+        EXPECT_EQ(texts[row], rows[row]["text"]);
+        EXPECT_EQ("00:00:12:12", rows[row]["timecode"]);
+        EXPECT_EQ("312", rows[row]["frame"]);
+        EXPECT_EQ("12.5", rows[row]["seconds"]);
+        EXPECT_EQ(8U, rows[row].size());
+    }
+}
+
+} // namespace workbench
