@@ -1,5 +1,11 @@
 #include "HandlerFixture.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+
 namespace fcp::test {
 
 namespace {
@@ -109,6 +115,47 @@ TEST_F(MessageHandlerEvents, PrintOneLineThoughTheErrorTextHoldsLineFeeds) {
     page->completions.at(0)("first\nsecond\r\nthird");
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "[Zelvix] evaluateJavaScript error for fcp:connected: first second  third\n");
+}
+
+// Standard output as a reader at the end of a pipe sees it: nothing of it until it is flushed.
+class PipedStdout {
+public:
+    PipedStdout() {
+        std::fflush(stdout);
+        EXPECT_EQ(::pipe2(ends, O_NONBLOCK), 0);
+        ::dup2(ends[1], STDOUT_FILENO);
+        std::setvbuf(stdout, nullptr, _IOFBF, BUFSIZ);
+    }
+
+    ~PipedStdout() {
+        ::dup2(original, STDOUT_FILENO);
+        for (int const descriptor : {original, ends[0], ends[1]})
+            ::close(descriptor);
+    }
+
+    PipedStdout(PipedStdout const&) = delete;
+    PipedStdout& operator=(PipedStdout const&) = delete;
+
+    [[nodiscard]] std::string arrived() const {
+        char text[256];
+        auto const length = ::read(ends[0], text, sizeof text);
+        return {text, static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
+    }
+
+private:
+    int const original = ::dup(STDOUT_FILENO);
+    int ends[2]{};
+};
+
+TEST_F(MessageHandlerEvents, PrintTheirLineAtOnceIntoAPipeToo) {
+    handler->notifyConnected();
+    std::string arrived;
+    {
+        PipedStdout const piped;
+        page->completions.at(0)("gone");
+        arrived = piped.arrived();
+    }
+    EXPECT_EQ(arrived, "[Zelvix] evaluateJavaScript error for fcp:connected: gone\n");
 }
 
 TEST_F(MessageHandlerEvents, PrintNothingWhenTheirScriptRuns) {
