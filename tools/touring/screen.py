@@ -1,0 +1,52 @@
+"""Hands and eyes: the mouse, the keyboard and pictures of the screen."""
+
+import time
+
+
+class Screen:
+    def __init__(self, session):
+        self.session = session
+
+    def window_of(self, pid):
+        """The number of a process's largest visible window; None while it has none."""
+        found = (self.try_xdotool("search", "--all", "--onlyvisible", "--pid", str(pid), "--name", "") or "").split()
+        sized = [(self.place_of(window)[2], int(window)) for window in found]
+        return max(sized)[1] if sized else None
+
+    def place_of(self, window):
+        """x, y, width and height of a window on the screen."""
+        lines = self.xdotool("getwindowgeometry", "--shell", str(window)).splitlines()
+        values = dict(line.split("=", 1) for line in lines if "=" in line)
+        return tuple(int(values[key]) for key in ["X", "Y", "WIDTH", "HEIGHT"])
+
+    def move_window(self, window, x, y):
+        self.xdotool("windowmove", "--sync", str(window), str(x), str(y))
+
+    def focus(self, window):
+        """No window manager is here to do it."""
+        self.xdotool("windowraise", str(window), "windowfocus", "--sync", str(window))
+
+    def click(self, x, y, button=1):
+        # The pointer comes in two steps: widgets want to be entered before they are pressed.
+        self.xdotool("mousemove", str(round(x)), str(round(y) - 1))
+        self.xdotool("mousemove", "--sync", str(round(x)), str(round(y)))
+        time.sleep(0.05)
+        self.xdotool("click", str(button))
+
+    def press(self, *keys):
+        self.xdotool("key", "--clearmodifiers", *keys)
+
+    def type(self, text):
+        self.xdotool("type", "--clearmodifiers", "--delay", "15", text)
+
+    def picture(self, path, *options):
+        self.session.run("import", "-silent", "-window", "root", *options, str(path))
+
+    def xdotool(self, *arguments):
+        return self.session.run("xdotool", *arguments).decode()
+
+    def try_xdotool(self, *arguments):
+        try:
+            return self.xdotool(*arguments)
+        except Exception:  # a search that finds nothing fails
+            return None

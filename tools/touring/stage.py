@@ -1,0 +1,199 @@
+"""The programs of the tour as somebody before the screen meets them."""
+
+import csv
+import pathlib
+import re
+import signal
+import subprocess
+import time
+
+from touring.accessibility import ACTIVE, Gone
+
+PAGE_CONTROL = ["com.zelvix.fcp.ReviewPage", "/com/zelvix/fcp/ReviewPage", "com.zelvix.fcp.ReviewPage1", "Served"]
+SETTLED = ("Synced", "Not synced", "Deleting", "Not deleted", "Syncing")
+ENVIRONMENT_OF_THE_LOG = {"G_MESSAGES_DEBUG": "ai.zelvix.fcp.extension"}
+
+
+class Unexpected(Exception):
+    """Something else was seen than what the step is about; the text says what."""
+
+
+class Stage:
+    def __init__(self, session, screen, bus, build):
+        self.session, self.screen, self.bus, self.build = session, screen, bus, build
+        self.workbench = None
+
+    # Programs
+
+    def start(self, film):
+        self.session.environment.update(ENVIRONMENT_OF_THE_LOG)
+        self.workbench = self.session.start("workbench", [str(self.build / "bin/zelvix-workbench"), film.path])
+
+    def check_alive(self):
+        if self.workbench.poll() is not None:
+            words = (self.session.log_folder / "workbench.log").read_text(errors="replace").strip().splitlines()
+            raise Unexpected(f"the workbench has ended with status {self.workbench.returncode}; "
+                             f"its last words: {' / '.join(words[-3:]) or 'none'}")
+
+    def wait(self, what, condition, limit=20.0, saw=lambda: ""):
+        """What the condition comes to, as soon as it is true. `saw` tells what there was instead."""
+        deadline = time.monotonic() + limit
+        while True:
+            self.check_alive()
+            try:
+                result = condition()
+            except Gone:
+                result = None
+            if result:
+                return result
+            if time.monotonic() > deadline:
+                raise Unexpected(f"no {what} within {limit:g} s{describe(saw)}")
+            time.sleep(0.05)
+
+    def containers(self):
+        """The container applications that the workbench started, by their process numbers."""
+        found = []
+        for entry in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
+            try:
+                program = entry.read_bytes().split(b"\0")[0]
+                parent = int((entry.parent / "stat").read_text().rsplit(")", 1)[1].split()[1])
+            except (OSError, IndexError, ValueError):
+                continue
+            if program.endswith(b"/zelvix-container") and parent == self.workbench.pid:
+                found.append(int(entry.parent.name))
+        return found
+
+    def serve_page(self, served):
+        self.session.run("busctl", "--user", f"--address={self.session.environment['DBUS_SESSION_BUS_ADDRESS']}",
+                         "set-property", *PAGE_CONTROL, "b", "true" if served else "false")
+
+    def end(self):
+        self.workbench.send_signal(signal.SIGTERM)
+        try:
+            return self.workbench.wait(20)
+        except subprocess.TimeoutExpired:
+            raise Unexpected("the workbench did not end within 20 s of SIGTERM") from None
+
+    # Windows and widgets
+
+    def arrange(self):
+        """Puts the container's window beside the workbench's, and the keyboard into the latter."""
+        window = self.wait("workbench window", lambda: self.screen.window_of(self.workbench.pid))
+        pid = self.wait("container application", self.containers)[0]
+        other = self.wait("container window", lambda: self.screen.window_of(pid))
+        self.screen.move_window(other, self.screen.place_of(window)[2] + 20, 0)
+        self.screen.move_window(window, 0, 0)
+        self.screen.focus(window)
+
+    def program(self):
+        return self.bus.program(self.workbench.pid)
+
+    def widget(self, name):
+        """A widget of the workbench that is on the screen."""
+        root = self.program()
+        return root and root.find_visible(lambda node: node.name == name)
+
+    def area_of(self, widget):
+        """Where it is on the screen. The toolkit counts from inside the border that it draws around its window."""
+        left, top, width, height = self.screen.place_of(self.screen.window_of(self.workbench.pid))
+        inner = self.program().children[0].extents
+        x, y, own_width, own_height = widget.extents
+        return left + (width - inner[2]) // 2 + x, top + (height - inner[3]) // 2 + y, own_width, own_height
+
+    def click_widget(self, name, across=0.5):
+        x, y, width, height = self.area_of(self.wait(f"widget \"{name}\"", lambda: self.widget(name)))
+        self.screen.click(x + width * across, y + height / 2)
+
+    def host_frame(self):
+        """The number of the frame that the editor says it shows."""
+        root = self.program()
+        label = root and root.find_visible(lambda node: re.fullmatch(r"frame \d+", node.name))
+        return int(label.name.split()[1]) if label else None
+
+    # The page
+
+    def page(self):
+        return self.bus.page()
+
+    def in_page(self, condition):
+        root = self.page()
+        return root and root.find(condition)
+
+    def page_element(self, name):
+        return self.in_page(lambda node: node.name == name)
+
+    def page_text(self, name):
+        element = self.page_element(name)
+        return element.text if element else None
+
+    def page_says(self, text):
+        return self.in_page(lambda node: node.text == text) is not None
+
+    def page_place(self, element, across=0.5, down=0.5):
+        view = self.wait("web view", lambda: self.widget("WebKitWebView"))
+        left, top, _, _ = self.area_of(view)
+        x, y, width, height = element.extents
+        return left + x + width * across, top + y + height * down
+
+    def click_page(self, name, across=0.5):
+        element = self.wait(f"\"{name}\" in the page", lambda: self.page_element(name), saw=self.page_summary)
+        self.screen.click(*self.page_place(element, across))
+
+    def page_summary(self):
+        """The texts of the page, for a failure's line."""
+        root = self.page()
+        if not root:
+            return "no page"
+        texts = [node.name for node in root.walk() if node.name]
+        return "the page with " + "; ".join(text[:60] for text in texts[:12])
+
+    def log_lines(self):
+        lists = self.in_page(lambda node: node.name == "Event log" and len(node.children) > 1)
+        return [child.name for child in lists.children] if lists else []
+
+    def comments(self):
+        """The comments on the page: element, state and whether it is the marked one."""
+        found = []
+        lists = self.in_page(lambda node: node.name == "Comments" and is_list(node))
+        for item in lists.children if lists else []:
+            state = next((word for word in item.text.split("\n") if word in SETTLED), None)
+            found.append((item.children[0], state, item.has(ACTIVE)))
+        return found
+
+    def comment(self, text):
+        return next((entry for entry in self.comments() if entry[0].name.endswith(text)), None)
+
+    def add_comment(self, text):
+        self.click_page("New comment at the playhead")
+        self.screen.type(text)
+        self.screen.press("Return")
+        return self.wait(f"comment \"{text}\" on the page", lambda: self.comment(text), saw=self.page_summary)
+
+    def wait_synced(self, text, limit=20.0):
+        def state():
+            entry = self.comment(text)
+            return entry[1] if entry else "no such comment"
+        self.wait(f"synced comment \"{text}\"", lambda: state() == "Synced", limit, saw=state)
+
+    # What the container keeps
+
+    def stored_comments(self):
+        """The comments in the store: text, seconds and identifier, read by another program than ours."""
+        store = pathlib.Path(self.session.environment["XDG_DATA_HOME"]) / "zelvix/container.sqlite"
+        if not store.exists():
+            return []
+        rows = self.session.run(
+            "sqlite3", "-readonly", "-csv", str(store), "SELECT body, start_s, id FROM comments ORDER BY start_s")
+        return [(body, float(start), key) for body, start, key in csv.reader(rows.decode().splitlines())]
+
+
+def is_list(node):
+    return any(child.find(lambda below: below.name.startswith("Delete: ")) for child in node.children)
+
+
+def describe(saw):
+    try:
+        seen = saw()
+    except (Gone, Unexpected, subprocess.SubprocessError) as problem:
+        seen = f"nothing readable ({problem})"
+    return f"; saw {seen}" if seen not in ("", None) else ""

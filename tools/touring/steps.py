@@ -1,0 +1,271 @@
+"""What the tour does, step by step. A step returns when it has seen what it is about, and raises Unexpected when it
+has seen something else."""
+
+import csv
+import json
+import os
+import pathlib
+import signal
+import time
+
+from touring.pictures import best_match, fitted, grain_of, read_bars
+from touring.stage import Unexpected
+
+LOADING = "Opening your review workspace…"
+REOPENING = "Reopening your review workspace…"
+HEADING = "Connection paused"
+OFFLINE = "Failed to connect to Zelvix. Check your internet connection."
+RETRY = "Retry connection"
+HELP = "https://example.org/help"
+MARKERS = ["/tmp/zelvix-fcp-dev", "/tmp/zelvix-fcp-diag"]
+SAME = 5e-4  # likenesses that differ by less cannot be told apart
+ALIKE = 0.9
+TIMELINE_MARGIN = 12  # pixels that the timeline leaves free at both ends
+
+
+class Tour:
+    def __init__(self, stage, film, is_own_clip, links, pictures):
+        self.stage, self.film, self.is_own_clip = stage, film, is_own_clip
+        self.links, self.pictures = links, pictures
+        self.texts = ["Tighten this cut", "Check the sound here"]
+        self.markers_before = [path for path in MARKERS if os.path.exists(path)]
+        self.steps = [
+            ("the loading overlay is shown, then the page is revealed", self.overlay),
+            ("the page hears of its connection and of the clip's name, duration and rate", self.connected),
+            ("playing moves the page's timecode", self.playing),
+            ("two comments come through to the database", self.comments),
+            ("the page seeks, and the picture shows that frame", self.seeking),
+            ("a click on the timeline near a comment marks that comment in the page", self.marker),
+            ("the CSV export holds both comments", self.export),
+            ("a link to a foreign host goes to the desktop, and the page stays", self.foreign_link),
+            ("without its server the page gives way to the error overlay", self.server_gone),
+            ("the server comes back, and a retry recovers", self.server_back),
+            ("the container is killed in mid-command, and a later command works with a new one", self.container_killed),
+            ("the workbench ends and leaves nothing behind", self.ending),
+        ]
+
+    def overlay(self):
+        stage = self.stage
+        stage.start(self.film)
+        stage.wait(f"label \"{LOADING}\"", lambda: stage.widget(LOADING), 30, saw=self.widgets)
+        stage.wait("end of the loading overlay", lambda: not stage.widget(LOADING), saw=self.widgets)
+        stage.wait("review page", stage.page, saw=self.widgets)
+        stage.arrange()
+
+    def connected(self):
+        stage = self.stage
+        stage.click_page("Event log", across=0.2)
+        lines = stage.wait("event \"fcp:sequence-changed\"", lambda: self.logged("fcp:sequence-changed"),
+                           saw=stage.page_summary)
+        if not self.logged("fcp:connected") or self.place_in_log("fcp:connected") > self.place_in_log("fcp:sequence-changed"):
+            raise Unexpected(f"\"fcp:connected\" did not come first: {stage.log_lines()}")
+        info = payload(lines[0])
+        expected = {"name": self.film.title or pathlib.Path(self.film.path).name, "frameRate": round(self.film.rate, 2)}
+        seen = {key: info.get(key) for key in expected}
+        if seen != expected or abs(info.get("duration", -1) - self.film.seconds) > 1e-6:
+            raise Unexpected(f"{info} instead of {expected} and a duration of {self.film.seconds}")
+
+    def playing(self):
+        stage = self.stage
+        seen = []
+
+        def moved():
+            text = stage.page_text("Playhead")
+            if text and (not seen or seen[-1] != text):
+                seen.append(text)
+            return len(seen) >= 4
+
+        stage.click_widget("First frame")
+        stage.wait("timecode of the first frame", lambda: stage.page_text("Playhead") == "00:00:00:00",
+                   saw=lambda: stage.page_text("Playhead"))
+        stage.click_widget("Play")
+        stage.wait("four timecodes while playing", moved, saw=lambda: seen)
+        if seen != sorted(seen):
+            raise Unexpected(f"timecodes out of order: {seen}")
+        stage.click_widget("Play")
+        self.settled()
+
+    def comments(self):
+        for part, text in zip([0.25, 0.75], self.texts):
+            self.click_timeline(part)
+            self.stage.add_comment(text)
+            self.stage.wait_synced(text)
+        stored = self.stage.stored_comments()
+        if [body for body, _, _ in stored] != self.texts:
+            raise Unexpected(f"the database holds {stored}")
+
+    def seeking(self):
+        stage = self.stage
+        for number in [0, 1]:
+            body, seconds, _ = self.stored(number)
+            frame = self.film.frame_at(seconds)
+            stage.screen.click(*stage.page_place(stage.comment(body)[0], across=0.3))
+            stage.wait(f"frame {frame} in the editor", lambda frame=frame: stage.host_frame() == frame,
+                       saw=stage.host_frame)
+            self.check_picture(frame)
+
+    def marker(self):
+        stage = self.stage
+        body, seconds, key = self.stored(0)
+        self.click_timeline(1.0)
+        offset = min(0.2, self.film.seconds / 20)
+        self.click_timeline((seconds + offset) / self.film.seconds)
+        events = stage.wait("event \"fcp:marker-clicked\"", lambda: self.logged("fcp:marker-clicked"),
+                            saw=stage.log_lines)
+        event = payload(events[-1])
+        if event.get("id") != key or event.get("text") != body:
+            raise Unexpected(f"\"fcp:marker-clicked\" with {event} instead of {key}, {body}")
+        stage.wait(f"mark on \"{body}\"", lambda: stage.comment(body)[2],
+                   saw=lambda: [(element.name, marked) for element, _, marked in stage.comments()])
+
+    def export(self):
+        stage = self.stage
+        stage.click_page("Export CSV")
+        stage.wait("notice \"Export started.\"", lambda: stage.page_says("Export started."), saw=stage.page_summary)
+        home = pathlib.Path(stage.session.environment["HOME"])
+        files = stage.wait("CSV file", lambda: list(home.rglob("*.csv")), saw=lambda: [str(p) for p in home.rglob("*")])
+        with open(files[0], encoding="utf-8-sig", newline="") as file:
+            rows = list(csv.DictReader(file))
+        frames = {row.get("text"): row.get("frame") for row in rows}
+        expected = {body: str(self.film.frame_at(seconds)) for body, seconds, _ in stage.stored_comments()}
+        if frames != expected:
+            raise Unexpected(f"{files[0].name} holds {rows} instead of {expected}")
+
+    def foreign_link(self):
+        stage = self.stage
+        stage.click_page("Help")
+
+        def opened():
+            return self.links.read_text().split() if self.links.exists() else []
+
+        stage.wait("address handed to the desktop", opened)
+        if opened() != [HELP]:
+            raise Unexpected(f"the desktop was handed {opened()}")
+        stage.wait("page with both comments", lambda: all(stage.comment(text) for text in self.texts),
+                   saw=stage.page_summary)
+
+    def server_gone(self):
+        stage = self.stage
+        stage.serve_page(False)
+        self.reload_page()
+        stage.wait(f"error overlay \"{HEADING}\"", lambda: stage.widget(HEADING), saw=self.widgets)
+        for text in [OFFLINE, "ZELVIX / OFFLINE", RETRY]:
+            stage.wait(f"\"{text}\" on the error overlay", lambda text=text: stage.widget(text), saw=self.widgets)
+
+    def server_back(self):
+        stage = self.stage
+        stage.serve_page(True)
+        stage.click_widget(RETRY)
+        stage.wait("end of the error overlay", lambda: not stage.widget(HEADING), saw=self.widgets)
+        stage.wait("end of the loading overlay", lambda: not stage.widget(REOPENING), saw=self.widgets)
+        stage.wait("connected page with both comments",
+                   lambda: stage.page_says("Connected") and all(stage.comment(text) for text in self.texts),
+                   saw=stage.page_summary)
+
+    def container_killed(self):
+        stage = self.stage
+        first = stage.wait("container application", stage.containers)[0]
+        os.kill(first, signal.SIGSTOP)
+        try:
+            stage.add_comment("Lost on the way")
+            time.sleep(0.3)  # the command leaves the page; nobody can show that it has not been answered
+            state = stage.comment("Lost on the way")[1]
+        finally:
+            os.kill(first, signal.SIGKILL)
+        if state != "Syncing":
+            raise Unexpected(f"the comment was \"{state}\" although the container stood still")
+        stage.wait("new container application", lambda: set(stage.containers()) - {first}, 30, saw=stage.containers)
+        stage.arrange()
+        stage.add_comment("Heard by the new one")
+        stage.wait_synced("Heard by the new one")
+        bodies = [body for body, _, _ in stage.stored_comments()]
+        if "Heard by the new one" not in bodies or not set(self.texts) <= set(bodies):
+            raise Unexpected(f"the database holds {bodies}")
+
+    def ending(self):
+        stage = self.stage
+        status = stage.end()
+        left = [path for path in MARKERS if os.path.exists(path) and path not in self.markers_before]
+        if status != 0 or left or stage.containers():
+            raise Unexpected(f"status {status}, marker files {left}, container applications {stage.containers()}")
+
+    # Helpers
+
+    def widgets(self):
+        """The texts on the screen outside the page."""
+        root = self.stage.program()
+        if not root:
+            return "no window"
+        shown = [node.name for node in root.visible() if node.name]
+        return "; ".join(shown[:40])
+
+    def logged(self, event):
+        return [line for line in self.stage.log_lines() if f"• {event} " in line]
+
+    def place_in_log(self, event):
+        return next(index for index, line in enumerate(self.stage.log_lines()) if f"• {event} " in line)
+
+    def click_timeline(self, part):
+        """A click on the timeline at that part of it; returns when playhead and page stand still."""
+        stage = self.stage
+        x, y, width, height = stage.area_of(stage.wait("timeline", lambda: stage.widget("Timeline")))
+        inner = width - 2 * TIMELINE_MARGIN
+        stage.screen.click(x + TIMELINE_MARGIN + min(part * inner, inner - 1), y + height * 0.75)
+        frame = min(int(part * self.film.frames), self.film.frames - 1)
+        near = max(1, self.film.frames / inner)
+        stage.wait(f"frame {frame} after a click on the timeline", lambda: abs(stage.host_frame() - frame) <= near,
+                   saw=stage.host_frame)
+        self.settled()
+
+    def settled(self):
+        """Waits until the page shows the editor's frame, twice in a row."""
+        stage, last = self.stage, [None]
+
+        def same():
+            host, page = stage.host_frame(), stage.page_text("Playhead")
+            stands = last[0] == (host, page) and page == self.timecode(host)
+            last[0] = (host, page)
+            return stands
+
+        stage.wait("page at the editor's frame", same, saw=lambda: last[0])
+
+    def timecode(self, frame):
+        count = round(self.film.rate)
+        whole = frame // count
+        return f"{whole // 3600:02}:{whole // 60 % 60:02}:{whole % 60:02}:{frame % count:02}"
+
+    def stored(self, number):
+        stored = self.stage.stored_comments()
+        if len(stored) <= number:
+            raise Unexpected(f"the database holds {len(stored)} comments")
+        return stored[number]
+
+    def check_picture(self, frame):
+        """The picture on the screen is this frame and no neighbour of it."""
+        stage = self.stage
+        shot = self.pictures / f"frame-{frame}.png"
+        frames = self.film.grains(frame - 2, frame + 2)
+
+        def shows():
+            stage.screen.picture(shot)
+            area = fitted(self.film.aspect, stage.area_of(stage.widget("Picture")))
+            grain = grain_of(shot, area)
+            matches = dict((number, like) for like, number in best_match(grain, frames))
+            is_best = matches[frame] >= max(matches.values()) - SAME and matches[frame] > ALIKE
+            seen.update(matches=matches, bars=read_bars(grain) if self.is_own_clip else frame)
+            return is_best and seen["bars"] == frame
+
+        seen = {}
+        stage.wait(f"picture of frame {frame}", shows, saw=lambda: seen)
+
+    def reload_page(self):
+        """By the page's own menu, as a user would."""
+        stage = self.stage
+        stage.screen.click(*stage.page_place(stage.page_element("Comments"), down=0.97), button=3)
+        item = stage.wait("menu entry \"Reload\"", lambda: stage.widget("Reload"), saw=self.widgets)
+        x, y, width, height = stage.area_of(item)
+        stage.screen.click(x + width / 2, y + height / 2)
+
+
+def payload(line):
+    return json.loads(line[line.index("{"):])
