@@ -85,6 +85,12 @@ void GtkView::followSuperview(double widthChange, double heightChange) {
     resize(followed.width, followed.height);
 }
 
+void GtkView::fill(int width, int height) {
+    area.x = area.y = 0;
+    resize(width, height);
+    allocate(height);
+}
+
 void GtkView::allocateSubviews() const {
     for (auto const& subview : subviews) {
         if (gtk_widget_should_layout(subview->widget()))

@@ -46,6 +46,9 @@ public:
     // Takes a new size, which the subviews follow by their masks, and theirs in turn.
     void resize(double width, double height);
 
+    // Takes all of the widget that holds this view's widget. For the outermost view, which has no superview.
+    void fill(int width, int height);
+
     // Gives the widget of every visible subview its place. For the layout of this view's widget.
     void allocateSubviews() const;
 
