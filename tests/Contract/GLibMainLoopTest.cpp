@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <limits>
+#include <string>
 #include <thread>
 #include <type_traits>
 #include <vector>
@@ -125,12 +127,23 @@ TEST_F(GLibMainLoopTest, AHundredThousandPendingDeadlinesCostATurnNothing) {
 }
 
 TEST_F(GLibMainLoopTest, AnIdleLoopSleepsThoughItWasUsed) {
-    auto ran = false;
-    loop.post([&] { ran = true; });
-    ASSERT_TRUE(waitFor([&] { return ran; }));
+    int ran = 0;
+    loop.post([&] { ++ran; });
+    loop.after(Seconds(0), [&] { ++ran; });
     loop.after(Seconds(60), [] {});
+    ASSERT_TRUE(waitFor([&] { return ran == 2; }));
     turn(); // takes note of what has just been set
     EXPECT_FALSE(g_main_context_pending(context.get()));
+}
+
+TEST_F(GLibMainLoopTest, WhatATaskAddsWaitsForALaterTurn) {
+    std::string trace;
+    loop.post([&] { loop.post([&] { trace += "post,"; }); });
+    loop.after(Seconds(0), [&] { loop.after(Seconds(-1), [&] { trace += "after,"; }); });
+    turn();
+    EXPECT_EQ(trace, "");
+    turn();
+    EXPECT_EQ(trace, "post,after,");
 }
 
 TEST_F(GLibMainLoopTest, DelaysThatAreNoNumberOrEndlessAreSafe) {
