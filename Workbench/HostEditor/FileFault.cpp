@@ -9,6 +9,7 @@
 #include <fstream>
 #include <optional>
 #include <string_view>
+#include <unistd.h>
 
 namespace workbench {
 
@@ -123,13 +124,16 @@ std::uint64_t announcedEnd(Bytes& file) {
 
 std::string faultOfFile(std::filesystem::path const& path) {
     std::error_code error;
-    if (std::filesystem::is_directory(path, error))
+    auto const status = std::filesystem::status(path, error);
+    if (!std::filesystem::exists(status))
+        return status.type() == std::filesystem::file_type::not_found ? "there is no such file"
+                                                                      : error.message();
+    if (std::filesystem::is_directory(status))
         return "it is a folder";
-    errno = 0;
-    if (!std::ifstream{path})
-        return errno == ENOENT ? "there is no such file" : std::strerror(errno);
-    if (!std::filesystem::is_regular_file(path, error))
+    if (!std::filesystem::is_regular_file(status))
         return "it is no ordinary file";
+    if (access(path.c_str(), R_OK) != 0)
+        return std::strerror(errno);
     Bytes file{path};
     if (file.size() == 0)
         return "the file is empty";

@@ -17,6 +17,8 @@ struct XmlFree {
     void operator()(xmlChar* text) const { xmlFree(text); }
 
     void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
+
+    void operator()(xmlParserCtxt* parser) const { xmlFreeParserCtxt(parser); }
 };
 
 using XmlText = std::unique_ptr<xmlChar, XmlFree>;
@@ -79,13 +81,23 @@ std::string fileOf(xmlNode* source) {
     return isOther ? std::string{} : resource;
 }
 
-std::string parserComplaint() {
-    auto const* const error = xmlGetLastError();
-    if (!error || !error->message)
-        return "it is no project: its text cannot be read";
-    std::string message = error->message;
+std::string describe(xmlError const& error) {
+    std::string message = error.message ? error.message : "unreadable";
     message.erase(message.find_last_not_of(" \r\n") + 1);
-    return "the project's text is damaged in line " + std::to_string(error->line) + ": " + message;
+    return "the project's text is damaged in line " + std::to_string(error.line) + ": " + message;
+}
+
+// Null, with the first complaint in `problem`: the others follow from it.
+XmlDocument parse(std::filesystem::path const& path, std::string& problem) {
+    std::unique_ptr<xmlParserCtxt, XmlFree> const parser{xmlNewParserCtxt()};
+    parser->_private = &problem;
+    parser->sax->serror = [](void* data, auto* error) {
+        auto& first = *static_cast<std::string*>(static_cast<xmlParserCtxt*>(data)->_private);
+        if (first.empty())
+            first = describe(*error);
+    };
+    auto const options = XML_PARSE_NONET | XML_PARSE_NOBLANKS | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+    return XmlDocument{xmlCtxtReadFile(parser.get(), path.c_str(), nullptr, options)};
 }
 
 std::int64_t wholeNumber(nlohmann::json const& object, char const* key) {
@@ -122,10 +134,10 @@ bool ProjectFile::isProject(std::filesystem::path const& path) {
 
 std::variant<ProjectFile, std::string> ProjectFile::read(std::filesystem::path const& path) {
     auto content = std::make_unique<Document>();
-    auto const options = XML_PARSE_NONET | XML_PARSE_NOBLANKS | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
-    content->xml.reset(xmlReadFile(path.c_str(), nullptr, options));
+    std::string problem;
+    content->xml = parse(path, problem);
     if (!content->xml || !content->root())
-        return parserComplaint();
+        return problem;
     auto* const root = content->root();
     if (!isElement(root, "mlt"))
         return "it is no project: its text begins with another element";

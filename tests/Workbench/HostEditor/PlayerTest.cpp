@@ -1,0 +1,209 @@
+#include "Workbench/HostEditor/Player.h"
+
+#include "Workbench/HostEditor/Clips.h"
+#include "Workbench/HostEditor/MediaEngine.h"
+#include "Workbench/HostEditor/MediaFile.h"
+#include "Workbench/HostEditor/TemporaryFolder.h"
+#include "Workbench/HostEditor/WaitUntil.h"
+
+#include <glibmm.h>
+#include <gtest/gtest.h>
+#include <mlt++/Mlt.h>
+
+#include <type_traits>
+
+namespace workbench {
+namespace {
+
+static_assert(!std::is_copy_constructible_v<Player> && !std::is_move_constructible_v<Player>);
+static_assert(!std::is_copy_constructible_v<Playback> && !std::is_move_constructible_v<Playback>);
+
+struct Seen {
+    std::int64_t frame;
+    std::optional<std::int64_t> number; // on the picture
+
+    friend bool operator==(Seen const&, Seen const&) = default;
+};
+
+class PlayerOnFilm : public testing::TestWithParam<FrameRate> {
+protected:
+    static constexpr int Frames = 90;
+
+    static void SetUpTestSuite() {
+        Glib::init();
+        engine = std::make_unique<MediaEngine>();
+        media = std::make_unique<TemporaryFolder>();
+    }
+
+    static void TearDownTestSuite() {
+        media.reset();
+        engine.reset();
+    }
+
+    void SetUp() override {
+        sequence = open("film", GetParam());
+        player.signalShown().connect([this](ShownFrame const& shown) {
+            seen.push_back({shown.frame, numberOn(shown.picture)});
+            sizes.push_back(shown.picture.size);
+        });
+        ASSERT_TRUE(player.open(*sequence));
+        ASSERT_TRUE(waitUntil([this] { return !seen.empty(); }));
+    }
+
+    static std::unique_ptr<Sequence> open(std::string const& name, FrameRate rate) {
+        auto const file = media->path / (name + std::to_string(rate.numerator) + ".mp4");
+        if (!std::filesystem::exists(file))
+            makeClip(file, rate, Frames);
+        auto result = openMediaFile(file);
+        return std::move(std::get<OpenedFile>(result).sequences.at(0));
+    }
+
+    bool waitFor(std::int64_t frame) {
+        return waitUntil([this, frame] { return !seen.empty() && seen.back().frame == frame; });
+    }
+
+    static inline std::unique_ptr<MediaEngine> engine;
+    static inline std::unique_ptr<TemporaryFolder> media;
+    std::unique_ptr<Sequence> sequence;
+    Player player;
+    std::vector<Seen> seen;
+    std::vector<PixelSize> sizes;
+};
+
+TEST_P(PlayerOnFilm, ShowsTheFirstFrameAndWaits) {
+    EXPECT_EQ(seen.front(), (Seen{0, 0}));
+    EXPECT_FALSE(player.isPlaying());
+    EXPECT_EQ(player.position(), 0);
+}
+
+TEST_P(PlayerOnFilm, ShowsJustTheFrameThatItIsSentTo) {
+    for (auto const frame : {47, 48, 49, 1, 89, 0, 50, 88, 13}) {
+        player.seek(frame);
+        EXPECT_EQ(player.target(), frame);
+        ASSERT_TRUE(waitFor(frame)) << frame;
+        EXPECT_EQ(seen.back().number, frame);
+        EXPECT_EQ(player.position(), frame);
+    }
+}
+
+TEST_P(PlayerOnFilm, NeverShowsAnotherPictureThanItSays) {
+    player.play();
+    ASSERT_TRUE(waitUntil([this] { return player.position() >= 20; }));
+    player.seek(60);
+    ASSERT_TRUE(waitUntil([this] { return player.position() >= 65; }));
+    player.pause();
+    for (auto const& each : seen)
+        EXPECT_EQ(each.number, each.frame);
+}
+
+TEST_P(PlayerOnFilm, StaysWhereItIsPaused) {
+    player.play();
+    ASSERT_TRUE(waitUntil([this] { return player.position() >= 10; }));
+    auto const before = player.position();
+    player.pause();
+    EXPECT_FALSE(player.isPlaying());
+    auto const count = seen.size();
+    ASSERT_TRUE(waitUntil([&] { return seen.size() > count; }));
+    // What the engine had read ahead would come within this time.
+    EXPECT_FALSE(waitUntil([&] { return player.position() != before; }, 700));
+    EXPECT_EQ(seen.back(), (Seen{before, before}));
+}
+
+TEST_P(PlayerOnFilm, PlaysOnFromWhereItWasPaused) {
+    player.seek(30);
+    ASSERT_TRUE(waitFor(30));
+    auto const first = seen.size();
+    player.play();
+    ASSERT_TRUE(waitUntil([this] { return player.position() >= 35; }));
+    EXPECT_GE(seen[first].frame, 30);
+    EXPECT_LE(seen[first].frame, 33);
+}
+
+TEST_P(PlayerOnFilm, StopsOnTheLastFrame) {
+    player.seek(Frames - 12);
+    ASSERT_TRUE(waitFor(Frames - 12));
+    player.play();
+    ASSERT_TRUE(waitUntil([this] { return !player.isPlaying(); }));
+    ASSERT_TRUE(waitFor(Frames - 1));
+    EXPECT_EQ(seen.back().number, Frames - 1);
+}
+
+TEST_P(PlayerOnFilm, BeginsAnewAfterTheEnd) {
+    player.seek(Frames - 1);
+    ASSERT_TRUE(waitFor(Frames - 1));
+    player.play();
+    EXPECT_TRUE(player.isPlaying());
+    ASSERT_TRUE(waitUntil([this] { return player.position() >= 5 && player.position() < 40; }));
+    EXPECT_TRUE(player.isPlaying());
+}
+
+TEST_P(PlayerOnFilm, ReachesTheLastOfManyJumps) {
+    for (int frame = 1; frame < 80; ++frame)
+        player.seek(frame);
+    EXPECT_EQ(player.target(), 79);
+    ASSERT_TRUE(waitFor(79));
+    EXPECT_EQ(player.position(), 79);
+    // The first jump was under way; all but the last of the others were left out.
+    EXPECT_LE(seen.size(), 4U);
+}
+
+TEST_P(PlayerOnFilm, JumpsWhilePlayingWithoutGoingBack) {
+    player.play();
+    ASSERT_TRUE(waitUntil([this] { return player.position() >= 5; }));
+    player.seek(40);
+    auto const first = seen.size();
+    ASSERT_TRUE(waitUntil([this] { return player.position() >= 45; }));
+    for (auto index = first; index < seen.size(); ++index)
+        EXPECT_GE(seen[index].frame, 40);
+}
+
+TEST_P(PlayerOnFilm, ClampsJumpsToTheFilm) {
+    player.seek(100'000);
+    ASSERT_TRUE(waitFor(Frames - 1));
+    player.seek(-5);
+    ASSERT_TRUE(waitFor(0));
+}
+
+TEST_P(PlayerOnFilm, MakesPicturesForTheRoomThatThereIs) {
+    player.setArea({200, 200});
+    ASSERT_TRUE(waitUntil([this] { return sizes.back().width == 200; }));
+    EXPECT_EQ(sizes.back(), (PixelSize{200, 112}));
+    EXPECT_EQ(seen.back(), (Seen{0, 0}));
+}
+
+TEST_P(PlayerOnFilm, KeepsThePlaceOfEachSequence) {
+    player.seek(33);
+    ASSERT_TRUE(waitFor(33));
+    auto const other = open("other", {25, 1});
+    ASSERT_TRUE(player.open(*other));
+    ASSERT_TRUE(waitFor(0));
+    player.seek(7);
+    ASSERT_TRUE(waitFor(7));
+    ASSERT_TRUE(player.open(*sequence));
+    EXPECT_EQ(player.position(), 33);
+    ASSERT_TRUE(waitFor(33));
+    EXPECT_EQ(seen.back().number, 33);
+    EXPECT_EQ(other->position, 7);
+    player.close();
+}
+
+TEST_P(PlayerOnFilm, SurvivesBeingClosedWhileItPlays) {
+    player.play();
+    ASSERT_TRUE(waitUntil([this] { return player.position() >= 3; }));
+    player.close();
+    EXPECT_FALSE(player.isPlaying());
+    auto const count = seen.size();
+    EXPECT_FALSE(waitUntil([&] { return seen.size() > count; }, 200));
+    player.play();
+    player.seek(5);
+    player.pause();
+    EXPECT_FALSE(player.isPlaying());
+}
+
+INSTANTIATE_TEST_SUITE_P(AtAllRates, PlayerOnFilm,
+                         testing::Values(FrameRate{24000, 1001}, FrameRate{25, 1}, FrameRate{30000, 1001},
+                                         FrameRate{60000, 1001}),
+                         [](auto const& rate) { return std::to_string(rate.param.numerator); });
+
+} // namespace
+} // namespace workbench
