@@ -63,7 +63,9 @@ apt_get() {
 }
 
 apt_install() {
-    apt_get update && apt_get install -y --no-install-recommends "$@"
+    # One source that does not answer need not be the one that the packages come from.
+    apt_get update || say "apt-get could not renew all package lists; trying with those that are here"
+    apt_get install -y --no-install-recommends "$@"
 }
 
 # ensure_packages GROUP...: installs what these groups lack.
