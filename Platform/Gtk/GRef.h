@@ -46,13 +46,6 @@ struct GRefTraits<GUri> {
     static void release(GUri* uri) { g_uri_unref(uri); }
 };
 
-template <>
-struct GRefTraits<GVariant> {
-    static void retain(GVariant* variant) { g_variant_ref_sink(variant); }
-
-    static void release(GVariant* variant) { g_variant_unref(variant); }
-};
-
 // Owns one reference to an object of the C libraries, or nothing. There are two named ways in, so that every
 // call says whose reference it is. As thread-safe as the object's own counting.
 template <typename T>
@@ -109,8 +102,6 @@ private:
 // Gives plain memory of the C libraries back with the function that belongs to its type.
 struct GDeleter {
     void operator()(GError* error) const { g_error_free(error); }
-
-    void operator()(GDateTime* time) const { g_date_time_unref(time); }
 
     template <typename T>
         requires std::same_as<T, char> || std::same_as<T, void>

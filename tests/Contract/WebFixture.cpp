@@ -1,9 +1,11 @@
 #include "Contract/WebFixture.h"
 
+#include "Doubles/WebProcesses.h"
 #include "Platform/Gtk/GtkUserContentController.h"
 #include "Platform/Gtk/GtkWebView.h"
 
 #include <gtk/gtk.h>
+#include <gtkmm/init.h>
 
 #include <algorithm>
 #include <chrono>
@@ -113,15 +115,29 @@ std::string WebFixture::run(std::string const& script) {
 }
 
 std::vector<std::string> WebFixture::reportsUpToTheNextPage() {
-    auto const known = delegate->reports.size();
+    auto const known = static_cast<std::ptrdiff_t>(delegate->reports.size());
     load(server.url("/ok?next"));
-    auto const finished = [&] {
-        return std::ranges::find(delegate->reports.begin() + static_cast<std::ptrdiff_t>(known),
-                                 delegate->reports.end(), "finished") != delegate->reports.end();
-    };
-    EXPECT_TRUE(waitFor(finished));
-    EXPECT_EQ(webView->url()->absoluteString, server.url("/ok?next"));
+    EXPECT_TRUE(waitFor([&] {
+        auto const& reports = delegate->reports;
+        return std::find(reports.begin() + known, reports.end(), "finished") != reports.end();
+    }));
+    EXPECT_EQ(webView->url().value_or(Url{}).absoluteString, server.url("/ok?next"));
     return delegate->reports;
+}
+
+void WebFixture::killWebProcesses() {
+    auto const crashes = journal.count(crashed);
+    EXPECT_GE(killEngineProcesses(webProcess), 1U);
+    EXPECT_TRUE(waitFor([&] { return journal.count(crashed) > crashes; }));
+    auto const witness = std::make_shared<RecordingDelegate>();
+    auto const other = engine.makeWebView();
+    other->setNavigationDelegate(witness);
+    for (int attempt = 0; attempt < 5 && witness->reports.empty(); ++attempt) {
+        auto const before = journal.count(crashed);
+        other->load({{server.url("/ok"), std::nullopt}});
+        EXPECT_TRUE(waitFor([&] { return !witness->reports.empty() || journal.count(crashed) > before; }));
+    }
+    EXPECT_EQ(witness->reports, std::vector<std::string>{"finished"});
 }
 
 } // namespace fcp::test
@@ -129,6 +145,7 @@ std::vector<std::string> WebFixture::reportsUpToTheNextPage() {
 int main(int argumentCount, char** arguments) {
     testing::InitGoogleTest(&argumentCount, arguments);
     gtk_init();
+    Gtk::init_gtkmm_internals();
     g_log_set_always_fatal(
         static_cast<GLogLevelFlags>(G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING));
     return RUN_ALL_TESTS();

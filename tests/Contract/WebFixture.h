@@ -16,6 +16,9 @@
 
 namespace fcp::test {
 
+// The journal's line for a web process that was killed.
+inline constexpr char const* crashed = "error: The web process has ended: it crashed";
+
 // Turns the default main context until the condition holds. False when it does not within `patience`.
 bool waitFor(std::function<bool()> const& condition, Seconds patience = Seconds(20));
 
@@ -69,6 +72,10 @@ protected:
     // Loads one more page, which must finish: whatever the load before still had to say has been said by
     // then.
     [[nodiscard]] std::vector<std::string> reportsUpToTheNextPage();
+
+    // Ends the view's web process as a crash would. The engine's spare process dies with it, and another view
+    // makes sure that this is known before it can be taken for a later load.
+    void killWebProcesses();
 
     void watch(GObject* object);
 
