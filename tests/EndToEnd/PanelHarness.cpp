@@ -94,8 +94,8 @@ std::optional<Url> ServerUrlParser::parse(std::string const& text) const {
         text.starts_with(developmentServer) ? server.url(text.substr(developmentServer.size())) : text);
 }
 
-TestContainer::TestContainer(MainLoop& loop, Work commandWork)
-    : center(loop)
+TestContainer::TestContainer(MainLoop& loop, Work commandWork, std::optional<std::string> busAddress)
+    : center(loop, std::move(busAddress))
     , work(std::move(commandWork)) {
     center.observe("com.zelvix.fcp.containerCommand", [this](Notification const& notification) {
         auto const& command = commands.emplace_back(notification.userInfo.value());
@@ -103,16 +103,17 @@ TestContainer::TestContainer(MainLoop& loop, Work commandWork)
             respond({{"requestId", command.at("requestId")}, {"result", *result}});
     });
     // The bus takes a moment to know of the observers: ready is who hears himself.
-    bool ready = false;
-    center.observe("com.zelvix.fcp.probe", [&ready](Notification const&) { ready = true; });
-    if (!waitUntil([this, &ready] {
+    auto const ready = std::make_shared<bool>(false);
+    center.observe("com.zelvix.fcp.probe", [ready](Notification const&) { *ready = true; });
+    if (!waitUntil([this, ready] {
             center.post("com.zelvix.fcp.probe", Json::object());
-            return ready;
+            return *ready;
         }))
         throw std::runtime_error("no bus for the test's container");
 }
 
-PanelHarness::PanelHarness() {
+PanelHarness::PanelHarness(std::optional<std::string> busAddress)
+    : notificationCenter(mainLoop, std::move(busAddress)) {
     hostRuntime.host = std::make_shared<FakeHost>(journal);
     hostRuntime.host->current = std::make_shared<FakeTimeline>(journal);
     timeline().sequence = std::make_shared<FakeSequence>(journal);

@@ -47,7 +47,7 @@ class TestContainer {
 public:
     using Work = std::function<std::optional<Json>(Json const& command)>; // none: leaves it unanswered
 
-    TestContainer(MainLoop& loop, Work commandWork);
+    TestContainer(MainLoop& loop, Work commandWork, std::optional<std::string> busAddress = {});
 
     void respond(Json const& userInfo) { center.post("com.zelvix.fcp.containerResponse", userInfo); }
 
@@ -62,7 +62,8 @@ private:
 // desktop and the log are doubles. The page is the witness: it reports what it heard.
 class PanelHarness {
 public:
-    PanelHarness();
+    // Without an address the panel is on the session's bus.
+    explicit PanelHarness(std::optional<std::string> busAddress = {});
     ~PanelHarness();
 
     PanelHarness(PanelHarness const&) = delete;
@@ -117,7 +118,7 @@ public:
     GLibMainLoop realLoop;
     VirtualDelays mainLoop{realLoop};
     RationalMediaTime mediaTimes;
-    SdBusNotificationCenter notificationCenter{mainLoop};
+    SdBusNotificationCenter notificationCenter;
     Stylesheet styles{gdk_display_get_default()};
     ServerUrlParser urlParser{server};
     GtkUserInterface userInterface{panelRoot(), styles};
