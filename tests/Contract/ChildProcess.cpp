@@ -27,13 +27,16 @@ std::vector<char*> argumentsOf(std::vector<std::string>& command) {
 
 } // namespace
 
-ChildProcess::ChildProcess(std::vector<std::string> const& command) {
+ChildProcess::ChildProcess(std::vector<std::string> const& command, Errors errors) {
     int ends[2] = {-1, -1};
     EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    if (errors == Errors::Readable)
+        posix_spawn_file_actions_adddup2(&actions, ends[1], STDERR_FILENO);
+    else
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     auto words = command;
     EXPECT_EQ(posix_spawnp(&pid, words[0].c_str(), &actions, nullptr, argumentsOf(words).data(), environ), 0)
         << words[0];

@@ -10,8 +10,10 @@ namespace fcp::test {
 // A program that a test starts, and ends with itself at the latest.
 class ChildProcess {
 public:
-    // Found along PATH; its standard output can be read, its standard error is dropped.
-    explicit ChildProcess(std::vector<std::string> const& command);
+    enum class Errors { Dropped, Readable };
+
+    // Found along PATH; its standard output can be read, and its standard error with it if that is wanted.
+    explicit ChildProcess(std::vector<std::string> const& command, Errors errors = Errors::Dropped);
     ~ChildProcess();
 
     ChildProcess(ChildProcess const&) = delete;

@@ -13,11 +13,12 @@ bool turnUntil(std::function<bool()> const& condition) {
     // Wakes the loop for conditions that come true without an event.
     auto const wake = g_timeout_add(10, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
     auto const deadline = g_timeout_add_seconds(20, notice, &late);
-    while (!condition() && !late)
+    bool holds = condition();
+    for (; !holds && !late; holds = condition())
         g_main_context_iteration(nullptr, TRUE);
     g_source_remove(wake);
     g_source_remove(deadline);
-    return condition();
+    return holds;
 }
 
 void turnWhileReady() {
