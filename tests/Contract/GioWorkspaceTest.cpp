@@ -1,9 +1,9 @@
 #include "Platform/Gtk/GioWorkspace.h"
-#include "Platform/Gtk/GRef.h"
+#include "Contract/TurnUntil.h"
 
+#include <glib.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -14,7 +14,6 @@ namespace fcp::test {
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
 
 // A desktop whose handler for https writes down what it is given.
 class GioWorkspaceTest : public testing::Test {
@@ -43,17 +42,6 @@ protected:
         std::ifstream file(opened);
         return {std::istreambuf_iterator<char>(file), {}};
     }
-
-    // Turns the loop until the handler has written `expected`.
-    [[nodiscard]] bool comesToBe(std::string const& expected) const {
-        auto const end = Clock::now() + std::chrono::seconds(20);
-        auto const ticking =
-            g_timeout_add(5, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
-        while (recorded() != expected && Clock::now() < end)
-            g_main_context_iteration(nullptr, TRUE);
-        g_source_remove(ticking);
-        return recorded() == expected;
-    }
 };
 
 } // namespace
@@ -63,7 +51,8 @@ TEST_F(GioWorkspaceTest, HandsAddressesToTheDesktopsHandlerAndWhatHasNoneToNobod
     workspace.open({"", std::nullopt});
     workspace.open({"https://elsewhere.example/a?b=%zz&c='d'#e", "elsewhere.example"});
     EXPECT_EQ(recorded(), ""); // nothing runs inside the call
-    EXPECT_TRUE(comesToBe("https://elsewhere.example/a?b=%zz&c='d'#e\n")) << recorded();
+    EXPECT_TRUE(turnUntil([&] { return recorded() == "https://elsewhere.example/a?b=%zz&c='d'#e\n"; }))
+        << recorded();
 }
 
 } // namespace fcp::test

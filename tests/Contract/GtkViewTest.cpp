@@ -1,6 +1,8 @@
 #include "Contract/NativeViews.h"
+#include "Contract/TurnUntil.h"
 
 #include <cstdlib>
+#include <functional>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -32,7 +34,7 @@ protected:
     // Runs a command of the X server's test tool and turns the loop until `condition` holds.
     static bool drive(std::string const& command, std::function<bool()> const& condition) {
         EXPECT_EQ(std::system(("xdotool " + command).c_str()), 0);
-        return waitFor(condition);
+        return turnUntil(condition);
     }
 };
 
@@ -82,7 +84,7 @@ TEST_F(GtkViewTest, HiddenViewsFollowAsWell) {
     EXPECT_EQ(errorOverlay->bounds().height, 500);
     EXPECT_EQ(bar->bounds().height, 584);
     showError();
-    ASSERT_TRUE(waitFor([&] { return placeOf(errorOverlay) == Place{0, 0, 800, 500}; }));
+    ASSERT_TRUE(turnUntil([&] { return placeOf(errorOverlay) == Place{0, 0, 800, 500}; }));
     EXPECT_EQ(placeOf(retry), (Place{20, 472, 140, 24}));
     present(400, 700);
     expectOriginalErrorPlaces();
@@ -132,7 +134,7 @@ TEST_F(GtkViewTest, ShowAndHideAreOfTheViewAlone) {
     showError();
     EXPECT_FALSE(gtk_widget_get_mapped(widgetOf(status)));
     EXPECT_TRUE(gtk_widget_get_visible(widgetOf(status)));
-    EXPECT_TRUE(waitFor([&] { return gtk_widget_get_mapped(widgetOf(retry)); }));
+    EXPECT_TRUE(turnUntil([&] { return gtk_widget_get_mapped(widgetOf(retry)); }));
 }
 
 TEST_F(GtkViewTest, SubviewsLieAboveEarlierOnesInTheirOrder) {
@@ -151,7 +153,7 @@ TEST_F(GtkViewTest, TheButtonTakesTheKeyboardInAWindowAndNullGivesItUp) {
     EXPECT_TRUE(container->isInWindow());
     container->makeFirstResponder(retry.get());
     EXPECT_EQ(gtk_window_get_focus(GTK_WINDOW(window)), widgetOf(retry));
-    EXPECT_TRUE(waitFor([&] { return gtk_widget_has_focus(widgetOf(retry)); }));
+    EXPECT_TRUE(turnUntil([&] { return gtk_widget_has_focus(widgetOf(retry)); }));
     container->makeFirstResponder(nullptr);
     EXPECT_EQ(gtk_window_get_focus(GTK_WINDOW(window)), nullptr);
 }
@@ -173,7 +175,7 @@ TEST_F(GtkViewTest, AClickAndTheReturnKeyPressTheButton) {
     showError();
     present();
     container->makeFirstResponder(retry.get());
-    ASSERT_TRUE(waitFor([&] { return gtk_widget_has_focus(widgetOf(retry)); }));
+    ASSERT_TRUE(turnUntil([&] { return gtk_widget_has_focus(widgetOf(retry)); }));
     EXPECT_TRUE(drive("key Return", [&] { return pressed == 1; }));
     EXPECT_TRUE(drive("mousemove 60 685 click 1", [&] { return pressed == 2; }));
     EXPECT_TRUE(drive("mousemove 300 300 click 1 mousemove 60 685 click 1", [&] { return pressed == 3; }));

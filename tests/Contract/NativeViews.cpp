@@ -1,8 +1,9 @@
 #include "Contract/NativeViews.h"
 
+#include "Contract/TurnUntil.h"
+
 #include <gtkmm/init.h>
 
-#include <chrono>
 #include <cmath>
 #include <ostream>
 
@@ -41,15 +42,6 @@ GtkLabel* labelOf(std::shared_ptr<View> const& view) {
     return GTK_LABEL(gtk_widget_get_first_child(widgetOf(view)));
 }
 
-bool waitFor(std::function<bool()> const& condition) {
-    using Clock = std::chrono::steady_clock;
-    auto const ticking = g_timeout_add(5, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
-    for (auto const end = Clock::now() + std::chrono::seconds(20); !condition() && Clock::now() < end;)
-        g_main_context_iteration(nullptr, TRUE);
-    g_source_remove(ticking);
-    return condition();
-}
-
 void WidgetWatch::watch(GtkWidget* widget) {
     ++alive;
     g_object_weak_ref(
@@ -59,12 +51,12 @@ void WidgetWatch::watch(GtkWidget* widget) {
 }
 
 WidgetWatch::~WidgetWatch() {
-    EXPECT_TRUE(waitFor([this] { return alive == 0; })) << alive << " widgets are still alive";
+    EXPECT_TRUE(turnUntil([this] { return alive == 0; })) << alive << " widgets are still alive";
 }
 
 void NativeViews::SetUpTestSuite() {
     g_setenv("GTK_A11Y", "test", TRUE); // keeps the accessible properties for a test to ask for
-    g_setenv("GDK_DEBUG", "gl-disable", TRUE); // a graphics driver that is tried and unloaded leaks
+    g_setenv("GDK_DEBUG", "gl-glx", TRUE); // else EGL's driver is tried first, unloaded, and seen to leak
     g_log_set_always_fatal(
         static_cast<GLogLevelFlags>(G_LOG_FATAL_MASK | G_LOG_LEVEL_WARNING | G_LOG_LEVEL_CRITICAL));
     gtk_init();
@@ -99,7 +91,7 @@ void NativeViews::showError() const {
 void NativeViews::present(int width, int height) const {
     gtk_window_set_default_size(GTK_WINDOW(window), width, height);
     gtk_window_present(GTK_WINDOW(window));
-    ASSERT_TRUE(waitFor([&] {
+    ASSERT_TRUE(turnUntil([&] {
         return gtk_widget_get_width(root) == width && gtk_widget_get_height(root) == height &&
                gtk_widget_get_mapped(widgetOf(container));
     }));

@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <string>
@@ -40,9 +39,6 @@ std::ostream& operator<<(std::ostream& out, Place const& place);
 [[nodiscard]] Place placeOfTurning(std::shared_ptr<View> const& view);
 
 [[nodiscard]] GtkLabel* labelOf(std::shared_ptr<View> const& view);
-
-// Turns the loop until the condition holds. False when it does not within 20 s.
-bool waitFor(std::function<bool()> const& condition);
 
 // Expects of every widget of a tree that it is gone in the end.
 class WidgetWatch {

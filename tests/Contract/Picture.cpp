@@ -1,5 +1,7 @@
 #include "Contract/Picture.h"
 
+#include "Contract/TurnUntil.h"
+
 #include <cstdlib>
 
 namespace fcp::test {
@@ -13,7 +15,7 @@ void draw(GtkWidget* widget) {
     auto const note = +[](GdkFrameClock*, gpointer flag) { *static_cast<bool*>(flag) = true; };
     auto const id = g_signal_connect(clock, "after-paint", G_CALLBACK(note), &drawn);
     gtk_widget_queue_draw(widget);
-    EXPECT_TRUE(waitFor([&] { return drawn; }));
+    EXPECT_TRUE(turnUntil([&] { return drawn; }));
     g_signal_handler_disconnect(clock, id);
 }
 
