@@ -7,11 +7,15 @@ class Screen:
     def __init__(self, session):
         self.session = session
 
+    def windows_of(self, pid):
+        """The visible windows of a process, the largest first: pairs of place and number."""
+        found = (self.try_xdotool("search", "--all", "--onlyvisible", "--pid", str(pid), "--name", "") or "").split()
+        return sorted(((self.place_of(window), int(window)) for window in found), key=lambda one: -one[0][2])
+
     def window_of(self, pid):
         """The number of a process's largest visible window; None while it has none."""
-        found = (self.try_xdotool("search", "--all", "--onlyvisible", "--pid", str(pid), "--name", "") or "").split()
-        sized = [(self.place_of(window)[2], int(window)) for window in found]
-        return max(sized)[1] if sized else None
+        windows = self.windows_of(pid)
+        return windows[0][1] if windows else None
 
     def place_of(self, window):
         """x, y, width and height of a window on the screen."""

@@ -50,18 +50,28 @@ class Stage:
                 raise Unexpected(f"no {what} within {limit:g} s{describe(saw)}")
             time.sleep(0.05)
 
-    def containers(self):
-        """The container applications that the workbench started, by their process numbers."""
-        found = []
-        for entry in pathlib.Path("/proc").glob("[0-9]*/cmdline"):
+    def descendants(self):
+        children = {}
+        for entry in pathlib.Path("/proc").glob("[0-9]*/stat"):
             try:
-                program = entry.read_bytes().split(b"\0")[0]
-                parent = int((entry.parent / "stat").read_text().rsplit(")", 1)[1].split()[1])
+                parent = int(entry.read_text().rsplit(")", 1)[1].split()[1])
             except (OSError, IndexError, ValueError):
                 continue
-            if program.endswith(b"/zelvix-container") and parent == self.workbench.pid:
-                found.append(int(entry.parent.name))
+            children.setdefault(parent, []).append(int(entry.parent.name))
+        found, ahead = [], [self.workbench.pid]
+        while ahead:
+            below = children.get(ahead.pop(), [])
+            found += below
+            ahead += below
         return found
+
+    def containers(self):
+        """The container applications that the workbench started."""
+        return [pid for pid in self.descendants() if program_of(pid).endswith("/zelvix-container")]
+
+    def network_processes(self):
+        """The engine's network processes that descend from the workbench."""
+        return [pid for pid in self.descendants() if program_of(pid).endswith("WebKitNetworkProcess")]
 
     def serve_page(self, served):
         self.session.run("busctl", "--user", f"--address={self.session.environment['DBUS_SESSION_BUS_ADDRESS']}",
@@ -99,6 +109,20 @@ class Stage:
         inner = self.program().children[0].extents
         x, y, own_width, own_height = widget.extents
         return left + (width - inner[2]) // 2 + x, top + (height - inner[3]) // 2 + y, own_width, own_height
+
+    def click_menu(self, entry):
+        """A menu has a window of its own; the toolkit tells places in it as if it hung in the corner of its owner."""
+        item = self.wait(f"menu entry \"{entry}\"", lambda: self.widget(entry))
+        menu = item
+        while menu.name != "GtkPopoverMenu":
+            menu = menu.parent
+        left, top, width, height = menu.extents
+        places = [place for place, _ in self.screen.windows_of(self.workbench.pid)]
+        place = next((place for place in places if place[2:] == (width, height)), None)
+        if place is None:
+            raise Unexpected(f"no window of a menu of {width} by {height} among {places}")
+        x, y, own_width, own_height = item.extents
+        self.screen.click(place[0] + x - left + own_width / 2, place[1] + y - top + own_height / 2)
 
     def click_widget(self, name, across=0.5):
         x, y, width, height = self.area_of(self.wait(f"widget \"{name}\"", lambda: self.widget(name)))
@@ -187,8 +211,16 @@ class Stage:
         return [(body, float(start), key) for body, start, key in csv.reader(rows.decode().splitlines())]
 
 
+def program_of(pid):
+    try:
+        return pathlib.Path(f"/proc/{pid}/cmdline").read_bytes().split(b"\0")[0].decode(errors="replace")
+    except OSError:
+        return ""
+
+
 def is_list(node):
-    return any(child.find(lambda below: below.name.startswith("Delete: ")) for child in node.children)
+    """Whether its children are the comments; the section around the list has the same name."""
+    return any(below.name.startswith("Delete: ") for child in node.children for below in child.children)
 
 
 def describe(saw):

@@ -45,12 +45,21 @@ class Tour:
         ]
 
     def overlay(self):
+        """The page is here within half a second; a network that stands still lets the overlay be looked at."""
         stage = self.stage
         stage.start(self.film)
-        stage.wait(f"label \"{LOADING}\"", lambda: stage.widget(LOADING), 30, saw=self.widgets)
-        stage.wait("end of the loading overlay", lambda: not stage.widget(LOADING), saw=self.widgets)
-        stage.wait("review page", stage.page, saw=self.widgets)
-        stage.arrange()
+        try:
+            network = stage.wait("network process", stage.network_processes, 30)[0]
+            os.kill(network, signal.SIGSTOP)
+            try:
+                stage.wait(f"label \"{LOADING}\"", lambda: stage.widget(LOADING), 30, saw=self.widgets)
+                stage.screen.picture(self.pictures / "overlay.png", "-trim", "+repage")
+            finally:
+                os.kill(network, signal.SIGCONT)
+            stage.wait("end of the loading overlay", lambda: not stage.widget(LOADING), saw=self.widgets)
+            stage.wait("review page", stage.page, saw=self.widgets)
+        finally:
+            stage.arrange()
 
     def connected(self):
         stage = self.stage
@@ -128,7 +137,7 @@ class Tour:
             rows = list(csv.DictReader(file))
         frames = {row.get("text"): row.get("frame") for row in rows}
         expected = {body: str(self.film.frame_at(seconds)) for body, seconds, _ in stage.stored_comments()}
-        if frames != expected:
+        if frames != expected or not set(self.texts) <= set(frames):
             raise Unexpected(f"{files[0].name} holds {rows} instead of {expected}")
 
     def foreign_link(self):
@@ -262,9 +271,7 @@ class Tour:
         """By the page's own menu, as a user would."""
         stage = self.stage
         stage.screen.click(*stage.page_place(stage.page_element("Comments"), down=0.97), button=3)
-        item = stage.wait("menu entry \"Reload\"", lambda: stage.widget("Reload"), saw=self.widgets)
-        x, y, width, height = stage.area_of(item)
-        stage.screen.click(x + width / 2, y + height / 2)
+        stage.click_menu("Reload")
 
 
 def payload(line):
