@@ -43,7 +43,7 @@ std::size_t sizeOf(Json const& value) {
 } // namespace
 
 Reply::Reply(Json theNothingDone, Send theSend)
-    : nothingDone{std::move(theNothingDone)}
+    : nothingDone(std::move(theNothingDone)) // braces would make a list of it
     , send{std::move(theSend)} {}
 
 Reply::~Reply() {

@@ -106,7 +106,9 @@ std::span<char const* const> schemaSteps() {
 void prepareSchema(Database& database, std::span<char const* const> steps) {
     auto const known = static_cast<std::int64_t>(steps.size());
     refuseStrangers(database, known);
-    database.execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON");
+    // Sorting in memory: reading must go on when there is no space left for temporary files.
+    database.execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON; "
+                     "PRAGMA temp_store = MEMORY");
     while (version(database) < known)
         runStep(database, steps);
 }

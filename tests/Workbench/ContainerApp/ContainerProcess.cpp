@@ -1,0 +1,89 @@
+#include "Workbench/ContainerApp/ContainerProcess.h"
+
+#include <csignal>
+#include <ctime>
+#include <fcntl.h>
+#include <linux/capability.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace workbench {
+
+namespace {
+
+void redirect(std::string const& file, int descriptor) {
+    auto const opened = ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    ::dup2(opened, descriptor);
+    ::close(opened);
+}
+
+// In the child.
+void apply(ProcessLimits const& limits) {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (limits.obeysPermissions)
+        for (auto const capability : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH, CAP_FOWNER})
+            ::prctl(PR_CAPBSET_DROP, capability);
+    if (!limits.fileSize)
+        return;
+    auto const limit = rlimit{*limits.fileSize, *limits.fileSize};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    ::signal(SIGXFSZ, SIG_IGN);
+}
+
+} // namespace
+
+bool waitUntil(std::function<bool()> const& condition) {
+    auto const deadline = std::chrono::steady_clock::now() + std::chrono::seconds{20};
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline)
+            return false;
+        auto const pause = timespec{0, 1'000'000};
+        ::nanosleep(&pause, nullptr);
+    }
+    return true;
+}
+
+ContainerProcess::ContainerProcess(std::vector<std::string> arguments, ProcessLimits limits) {
+    arguments.insert(arguments.begin(), CONTAINER_PROGRAM);
+    auto pointers = std::vector<char*>{};
+    for (auto& argument : arguments)
+        pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    auto const out = folder / "out";
+    auto const err = folder / "err";
+    process = ::fork();
+    if (process != 0)
+        return;
+    redirect(out, STDOUT_FILENO);
+    redirect(err, STDERR_FILENO);
+    apply(limits);
+    ::execv(pointers[0], pointers.data());
+    ::_exit(127);
+}
+
+ContainerProcess::~ContainerProcess() {
+    if (process == 0)
+        return;
+    signal(SIGKILL);
+    ::waitpid(process, nullptr, 0);
+}
+
+bool ContainerProcess::isReady() {
+    return waitUntil([this] { return output().find("ready in") != std::string::npos; });
+}
+
+void ContainerProcess::signal(int number) const {
+    ::kill(process, number);
+}
+
+int ContainerProcess::wait() {
+    auto status = 0;
+    if (!waitUntil([&] { return ::waitpid(process, &status, WNOHANG) == process; }))
+        return -1000;
+    process = 0;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+} // namespace workbench

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Workbench/ContainerApp/TemporaryFolder.h"
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace workbench {
+
+// Waits until `condition` holds; false when it does not within 20 seconds.
+[[nodiscard]] bool waitUntil(std::function<bool()> const& condition);
+
+struct ProcessLimits {
+    bool obeysPermissions = false; // also where the tests run as root
+    std::optional<unsigned long> fileSize; // in bytes; a write beyond it fails
+};
+
+// The real program as a process of its own. Killed when its owner goes.
+class ContainerProcess {
+public:
+    explicit ContainerProcess(std::vector<std::string> arguments, ProcessLimits limits = {});
+    ~ContainerProcess();
+
+    ContainerProcess(ContainerProcess const&) = delete;
+    ContainerProcess& operator=(ContainerProcess const&) = delete;
+
+    // Waits for the start-up line.
+    [[nodiscard]] bool isReady();
+
+    void signal(int number) const;
+
+    // Waits for the end: the exit code, or minus the signal's number.
+    [[nodiscard]] int wait();
+
+    [[nodiscard]] pid_t pid() const { return process; }
+
+    [[nodiscard]] std::string output() const { return contentsOf(folder / "out"); }
+
+    [[nodiscard]] std::string complaints() const { return contentsOf(folder / "err"); }
+
+private:
+    TemporaryFolder folder;
+    pid_t process = 0;
+};
+
+} // namespace workbench

@@ -1,0 +1,367 @@
+#include "Workbench/ContainerApp/CommentReader.h"
+#include "Workbench/ContainerApp/ExportDesk.h"
+#include "Workbench/ContainerApp/Store.h"
+#include "Workbench/ContainerApp/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <csignal>
+#include <deque>
+#include <mutex>
+#include <sys/resource.h>
+
+namespace workbench {
+
+namespace {
+
+// The main loop of these tests.
+class TaskQueue {
+public:
+    void post(std::function<void()> task) {
+        auto const lock = std::lock_guard{mutex};
+        tasks.push_back(std::move(task));
+        arrived.notify_one();
+    }
+
+    // Runs the next task; false when none comes within 20 seconds.
+    [[nodiscard]] bool runOne() {
+        auto lock = std::unique_lock{mutex};
+        if (!arrived.wait_for(lock, std::chrono::seconds{20}, [this] { return !tasks.empty(); }))
+            return false;
+        auto const task = std::move(tasks.front());
+        tasks.pop_front();
+        lock.unlock();
+        task();
+        return true;
+    }
+
+private:
+    std::mutex mutex;
+    std::condition_variable arrived;
+    std::deque<std::function<void()>> tasks;
+};
+
+// No file of this process may grow beyond so many bytes while it lives.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(unsigned long bytes) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &before);
+        auto const limit = rlimit{bytes, before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+
+    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &before); }
+
+    FileSizeLimit(FileSizeLimit const&) = delete;
+    FileSizeLimit& operator=(FileSizeLimit const&) = delete;
+
+private:
+    rlimit before{};
+};
+
+std::vector<Comment> manyComments(int count) {
+    auto comments = std::vector<Comment>(static_cast<std::size_t>(count));
+    for (auto number = 0; auto& comment : comments)
+        comment.id = "c" + std::to_string(number++);
+    return comments;
+}
+
+class ExporterTest : public testing::Test {
+protected:
+    ExportJob job(int count, OnExists onExists = OnExists::Rename) {
+        return {OutputFile{folder.path(), "x.csv"}, CsvWriter{{}}, manyComments(count), onExists};
+    }
+
+    ExportOutcome outcomeOf(ExportJob wanted) {
+        auto outcome = std::optional<ExportOutcome>{};
+        exporter.start(std::move(wanted), [&](ExportOutcome const& result) { outcome = result; });
+        EXPECT_TRUE(queue.runOne());
+        return outcome.value();
+    }
+
+    TemporaryFolder folder;
+    TaskQueue queue;
+    Exporter exporter{[this](std::function<void()> task) { queue.post(std::move(task)); }};
+};
+
+class ExportDeskTest : public ExporterTest {
+protected:
+    ExportDeskTest() {
+        store.comments.setObserver([](auto const&...) {});
+        desk.setObserver([this](ExportState, std::string const& message) { messages.push_back(message); });
+    }
+
+    void add(Json const& value) { ASSERT_TRUE(store.comments.sync(readComment(value).value())); }
+
+    // The settings, with the format and the folder of these tests.
+    Json settings(Json more = Json::object()) {
+        auto result = Json{{"format", "csv"}, {"folder", folder.path()}};
+        result.update(more);
+        return result;
+    }
+
+    std::string refusal(Json const& wanted) { return desk.start(wanted).value_or("started"); }
+
+    // The contents of the one file that an export makes.
+    std::string exported(Json const& wanted) {
+        EXPECT_EQ("started", refusal(wanted));
+        EXPECT_TRUE(queue.runOne());
+        auto const record = store.exports.newest(1).at(0);
+        EXPECT_EQ(ExportState::Done, record.state) << record.detail;
+        return contentsOf(record.path);
+    }
+
+    std::string exportedName(Json const& wanted) {
+        std::ignore = exported(wanted);
+        return std::filesystem::path{store.exports.newest(1).at(0).path}.filename();
+    }
+
+    std::string idsIn(std::string const& csv) {
+        auto ids = std::string{};
+        auto stream = std::istringstream{csv};
+        auto line = std::string{};
+        std::getline(stream, line);
+        while (std::getline(stream, line))
+            ids += line.substr(0, line.find(',')) + " ";
+        return ids;
+    }
+
+    TemporaryFolder other;
+    Store store{other / "store"};
+    ExportDesk desk{store.comments, store.sequences, store.settings, store.exports, exporter};
+    std::vector<std::string> messages;
+};
+
+} // namespace
+
+TEST_F(ExporterTest, WritesAFileAndNothingElse) {
+    auto const outcome = outcomeOf(job(3));
+    EXPECT_EQ(ExportState::Done, outcome.state);
+    EXPECT_EQ(folder / "x.csv", outcome.path);
+    EXPECT_EQ("x.csv", folder.names());
+    EXPECT_EQ(CsvWriter::header() + "c0,,,0,0,,,false\r\nc1,,,0,0,,,false\r\nc2,,,0,0,,,false\r\n",
+              contentsOf(outcome.path));
+}
+
+TEST_F(ExporterTest, GivesTheFileItsNameOnlyWhenItIsWhole) {
+    auto const started = job(10);
+    EXPECT_EQ(std::string::npos, folder.names().find("x.csv ")) << folder.names();
+    EXPECT_EQ(0U, folder.names().find(".x.csv.")) << folder.names();
+}
+
+TEST_F(ExporterTest, LeavesNothingOfAFileThatWasNotPublished) {
+    {
+        auto const started = job(10);
+    }
+    EXPECT_EQ("", folder.names());
+}
+
+TEST_F(ExporterTest, FindsAnotherNameForATakenOne) {
+    writeFile(folder / "x.csv", "old");
+    writeFile(folder / "x (2).csv", "older");
+    EXPECT_EQ(folder / "x (3).csv", outcomeOf(job(1)).path);
+    EXPECT_EQ("old", contentsOf(folder / "x.csv"));
+}
+
+TEST_F(ExporterTest, ReplacesAFileWhenAskedTo) {
+    writeFile(folder / "x.csv", "old");
+    EXPECT_EQ(folder / "x.csv", outcomeOf(job(1, OnExists::Replace)).path);
+    EXPECT_NE("old", contentsOf(folder / "x.csv"));
+    EXPECT_EQ("x.csv", folder.names());
+}
+
+TEST_F(ExporterTest, LeavesNothingBehindWhenItIsCancelled) {
+    auto outcome = std::optional<ExportOutcome>{};
+    exporter.start(job(2'000'000), [&](ExportOutcome const& result) { outcome = result; });
+    EXPECT_TRUE(exporter.isRunning());
+    exporter.cancel();
+    ASSERT_TRUE(queue.runOne());
+    EXPECT_EQ(ExportState::Cancelled, outcome->state);
+    EXPECT_FALSE(exporter.isRunning());
+    EXPECT_EQ("", folder.names());
+}
+
+TEST_F(ExporterTest, LeavesNothingBehindWhenTheDiskIsFull) {
+    auto const limit = FileSizeLimit{10'000};
+    auto const outcome = outcomeOf(job(100'000));
+    EXPECT_EQ(ExportState::Failed, outcome.state);
+    EXPECT_EQ("cannot write x.csv: File too large", outcome.detail);
+    EXPECT_EQ("", folder.names());
+}
+
+TEST_F(ExporterTest, FailsWhenTheFolderGoesInTheMiddle) {
+    auto started = job(1);
+    std::filesystem::remove_all(folder.path());
+    auto const outcome = outcomeOf(std::move(started));
+    EXPECT_EQ(ExportState::Failed, outcome.state);
+    EXPECT_EQ("cannot write " + folder / "x.csv" + ": No such file or directory", outcome.detail);
+}
+
+TEST_F(ExporterTest, CanBeDroppedWhileItWrites) {
+    auto called = false;
+    {
+        auto dropped = Exporter{[this](std::function<void()> task) { queue.post(std::move(task)); }};
+        dropped.start(job(2'000'000), [&](ExportOutcome const&) { called = true; });
+    }
+    ASSERT_TRUE(queue.runOne());
+    EXPECT_FALSE(called);
+    EXPECT_EQ("", folder.names());
+}
+
+TEST_F(ExporterTest, CanStartAgainFromWithinItsLastWord) {
+    auto done = 0;
+    exporter.start(job(1), [&](ExportOutcome const&) {
+        ++done;
+        exporter.start(job(1), [&](ExportOutcome const&) { ++done; });
+    });
+    ASSERT_TRUE(queue.runOne());
+    ASSERT_TRUE(queue.runOne());
+    EXPECT_EQ(2, done);
+}
+
+TEST_F(ExportDeskTest, ExportsTheActiveSequenceWithExactFrames) {
+    auto sequence = HostSequence{};
+    sequence.key = "one";
+    sequence.name = "Reel 1";
+    sequence.rate = FrameRate{30000, 1001};
+    sequence.firstFrame = 107'892;
+    sequence.dropFrame = true;
+    store.sequences.setActive(sequence);
+    add({{"id", "a"}, {"seconds", 60.06}, {"text", "Logo"}, {"author", "Ana"}});
+    EXPECT_EQ(CsvWriter::header() + "a,01:01:00;02,1800,60.06,0,Ana,Logo,false\r\n", exported(settings()));
+    EXPECT_EQ("Reel 1.csv", folder.names());
+    store.sequences.setActive({});
+    EXPECT_EQ(CsvWriter::header() + "a,01:01:00;02,1800,60.06,0,Ana,Logo,false\r\n",
+              exported(settings({{"sequenceId", "one"}})));
+}
+
+TEST_F(ExportDeskTest, TakesThePagesRateOnlyWhenNobodyKnowsABetterOne) {
+    add({{"id", "a"}, {"seconds", 3600}});
+    EXPECT_EQ(CsvWriter::header() + "a,00:59:56:09,86313,3600,0,,,false\r\n",
+              exported(settings({{"frameRate", 23.98}})));
+    auto sequence = HostSequence{};
+    sequence.key = DefaultSequence;
+    sequence.rate = FrameRate{25, 1};
+    store.sequences.setActive(sequence);
+    EXPECT_EQ(CsvWriter::header() + "a,01:00:00:00,90000,3600,0,,,false\r\n",
+              exported(settings({{"frameRate", 23.98}})));
+}
+
+TEST_F(ExportDeskTest, BeginsAtTheTimecodeThatThePageWants) {
+    add({{"id", "a"}, {"seconds", 1}});
+    EXPECT_EQ(CsvWriter::header() + "a,10:00:01:00,25,1,0,,,false\r\n",
+              exported(settings({{"frameRate", 25}, {"timecodeStart", "10:00:00:00"}})));
+    EXPECT_EQ(CsvWriter::header() + "a,10:00:01;00,30,1.001,0,,,false\r\n",
+              (add({{"id", "a"}, {"seconds", 1.001}}),
+               exported(settings({{"frameRate", 29.97}, {"timecodeStart", "10:00:00;00"}}))));
+}
+
+TEST_F(ExportDeskTest, LeavesOutWhatThePageDoesNotWant) {
+    add({{"id", "a"}, {"seconds", 1}, {"replies", {{{"id", "r"}, {"replies", {{{"id", "s"}}}}}}}});
+    add({{"id", "b"}, {"seconds", 0}, {"resolved", true}, {"replies", {{{"id", "t"}}}}});
+    EXPECT_EQ("b t a r s ", idsIn(exported(settings())));
+    EXPECT_EQ("b t a r s ", idsIn(exported(settings({{"include", "all"}, {"replies", true}}))));
+    EXPECT_EQ("a r s ", idsIn(exported(settings({{"include", "open"}}))));
+    EXPECT_EQ("b a ", idsIn(exported(settings({{"replies", false}}))));
+    EXPECT_EQ("a ", idsIn(exported(settings({{"include", "open"}, {"replies", false}}))));
+}
+
+TEST_F(ExportDeskTest, ReducesTheFileNameToOnePlainComponent) {
+    EXPECT_EQ("passwd.csv", exportedName(settings({{"fileName", "../../etc/passwd"}})));
+    EXPECT_EQ("notes.csv", exportedName(settings({{"fileName", "C:\\temp\\notes.csv"}})));
+    EXPECT_EQ("hidden.csv", exportedName(settings({{"fileName", "..hidden"}})));
+    EXPECT_EQ("ab.csv", exportedName(settings({{"fileName", "a\n\tb"}})));
+    EXPECT_EQ("comments.csv", exportedName(settings({{"fileName", "../.."}})));
+    EXPECT_EQ("comments (2).csv", exportedName(settings({{"fileName", ""}})));
+    EXPECT_EQ("Café 日本.csv", exportedName(settings({{"fileName", "Café 日本"}})));
+    EXPECT_EQ("x.CSV.csv", exportedName(settings({{"fileName", "x.CSV.csv"}})));
+}
+
+TEST_F(ExportDeskTest, CutsLongFileNamesBetweenCharacters) {
+    auto long_ = std::string{};
+    for (auto count = 0; count < 200; ++count)
+        long_ += "日";
+    auto const name = exportedName(settings({{"fileName", long_}}));
+    EXPECT_EQ(198U + 4U, name.size());
+}
+
+TEST_F(ExportDeskTest, RefusesSettingsThatMakeNoSense) {
+    for (auto const& wanted :
+         {Json{{"format", "fcpxml"}}, Json{{"format", ""}}, Json{{"format", "CSV"}}, Json{{"format", 7}},
+          Json{{"include", "some"}}, Json{{"replies", "yes"}}, Json{{"onExists", "ask"}}, Json{{"folder", 7}},
+          Json{{"folder", "here"}}, Json{{"folder", ""}}, Json{{"folder", folder / "missing"}},
+          Json{{"fileName", 7}}, Json{{"timecodeStart", 7}}, Json{{"frameRate", "25"}},
+          Json{{"frameRate", 25}, {"timecodeStart", "noon"}}})
+        EXPECT_NE("started", refusal(settings(wanted))) << wanted;
+    EXPECT_NE("started", refusal(Json::object()));
+    EXPECT_EQ("", folder.names());
+    EXPECT_TRUE(store.exports.newest(1).empty());
+}
+
+TEST_F(ExportDeskTest, SaysWhyItRefuses) {
+    EXPECT_EQ("\"fcpxml\" is no format that can be exported", refusal(settings({{"format", "fcpxml"}})));
+    EXPECT_EQ("there is no folder " + folder / "missing",
+              refusal(settings({{"folder", folder / "missing"}})));
+    EXPECT_EQ("\"here\" is no full path of a folder", refusal(settings({{"folder", "here"}})));
+    writeFile(folder / "file", "");
+    EXPECT_EQ("there is no folder " + folder / "file", refusal(settings({{"folder", folder / "file"}})));
+}
+
+TEST_F(ExportDeskTest, TakesTheFolderThatWasChosenLast) {
+    store.settings.set(OutputFolderSetting, folder.path());
+    EXPECT_EQ("started", refusal({{"format", "csv"}}));
+    ASSERT_TRUE(queue.runOne());
+    EXPECT_EQ("comments.csv", folder.names());
+}
+
+TEST_F(ExportDeskTest, RefusesToWriteElsewhereWhenTheChosenFolderHasGone) {
+    store.settings.set(OutputFolderSetting, folder / "gone");
+    EXPECT_EQ("there is no folder " + folder / "gone", refusal({{"format", "csv"}}));
+}
+
+TEST_F(ExportDeskTest, RunsOneExportAtATime) {
+    EXPECT_EQ("started", refusal(settings()));
+    EXPECT_EQ("an export is running already", refusal(settings()));
+    ASSERT_TRUE(queue.runOne());
+    EXPECT_EQ("started", refusal(settings()));
+    ASSERT_TRUE(queue.runOne());
+}
+
+TEST_F(ExportDeskTest, AnswersACancellationWhenNothingIsLeft) {
+    auto list = Json::array();
+    for (auto number = 0; number < 20'000; ++number)
+        list.push_back({{"id", std::to_string(number)}, {"seconds", number}});
+    ASSERT_TRUE(store.comments.syncAll(readComments(list).value()));
+    ASSERT_EQ("started", refusal(settings()));
+    auto answers = std::string{};
+    desk.cancel([&](bool cancelled) { answers += cancelled ? "yes " : "no "; });
+    desk.cancel([&](bool cancelled) { answers += cancelled ? "yes " : "no "; });
+    EXPECT_EQ("", answers);
+    ASSERT_TRUE(queue.runOne());
+    EXPECT_EQ("yes yes ", answers);
+    EXPECT_EQ("", folder.names());
+    EXPECT_EQ(ExportState::Cancelled, store.exports.newest(1).at(0).state);
+    desk.cancel([&](bool cancelled) { answers += cancelled ? "yes " : "no "; });
+    EXPECT_EQ("yes yes no ", answers);
+}
+
+TEST_F(ExportDeskTest, KeepsAHistory) {
+    std::ignore = exported(settings());
+    std::filesystem::create_directory(folder / "folder.csv");
+    ASSERT_EQ("started", refusal(settings({{"fileName", "folder"}, {"onExists", "replace"}})));
+    ASSERT_TRUE(queue.runOne());
+    auto const records = store.exports.newest(10);
+    ASSERT_EQ(2U, records.size());
+    EXPECT_EQ(ExportState::Failed, records[0].state);
+    EXPECT_EQ("cannot write " + folder / "folder.csv" + ": Is a directory", records[0].detail);
+    EXPECT_EQ(ExportState::Done, records[1].state);
+    EXPECT_EQ((std::vector<std::string>{"exporting 0 comments to " + folder / "comments.csv",
+                                        "exported " + folder / "comments.csv",
+                                        "exporting 0 comments to " + folder / "folder.csv",
+                                        "the export failed: " + records[0].detail}),
+              messages);
+}
+
+} // namespace workbench
