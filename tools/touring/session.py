@@ -32,10 +32,10 @@ class Session:
         for path in folders.values():
             path.mkdir(parents=True, mode=0o700, exist_ok=True)
         (home / ".config/user-dirs.dirs").write_text('XDG_DOCUMENTS_DIR="$HOME/Documents"\n')
-        dropped = ["WAYLAND_DISPLAY", "GTK_A11Y", "NO_AT_BRIDGE", "AT_SPI_BUS_ADDRESS", "DBUS_STARTER_ADDRESS"]
+        dropped = ["WAYLAND_DISPLAY", "GTK_THEME", "GTK_A11Y", "NO_AT_BRIDGE", "AT_SPI_BUS_ADDRESS", "DBUS_STARTER_ADDRESS"]
         environment = {key: value for key, value in os.environ.items() if key not in dropped}
         environment.update({key: str(path) for key, path in folders.items()})
-        environment.update(GDK_BACKEND="x11", GTK_THEME="Adwaita", LC_ALL="C.UTF-8")
+        environment.update(GDK_BACKEND="x11", LC_ALL="C.UTF-8")
         environment.setdefault("GSK_RENDERER", "cairo")
         return environment
 
