@@ -25,6 +25,7 @@ TimelineView::TimelineView()
     set_overflow(Gtk::Overflow::HIDDEN);
     setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_SLIDER);
     setAccessibleName(*this, "Timeline");
+    ground->set_can_target(false);
     ground->set_parent(*this);
     playhead->set_parent(*this);
     listenToPointer();
@@ -43,7 +44,12 @@ TimelineView::~TimelineView() {
 void TimelineView::listenToPointer() {
     auto const drag = Gtk::GestureDrag::create();
     drag->set_button(GDK_BUTTON_PRIMARY);
-    drag->signal_drag_begin().connect([this](double x, double) {
+    drag->signal_drag_begin().connect([this, gesture = drag.get()](double x, double y) {
+        // A pin asks for its own frame.
+        if (pick(x, y) != this) {
+            gesture->set_state(Gtk::EventSequenceState::DENIED);
+            return;
+        }
         grab_focus();
         if (sequence)
             wanted.emit(axis().frameUnder(x));

@@ -7,15 +7,23 @@
 
 namespace workbench {
 
+namespace {
+
+// A label takes each new text for its name, too; this one keeps the name by which it is found.
+void setText(Gtk::Label& label, std::string const& text, char const* name) {
+    label.set_text(text);
+    setAccessibleName(label, name);
+}
+
+} // namespace
+
 TransportBar::TransportBar() {
     add_css_class("workbench-transport");
     position.add_css_class("workbench-timecode");
     position.set_xalign(0);
-    setAccessibleName(position, "Timecode");
     frameNumber.add_css_class("workbench-quiet");
     frameNumber.set_xalign(0);
     frameNumber.set_valign(Gtk::Align::BASELINE);
-    setAccessibleName(frameNumber, "Frame");
     place.append(position);
     place.append(frameNumber);
     set_start_widget(place);
@@ -67,8 +75,8 @@ void TransportBar::showSequence(SequenceFacts const* sequence) {
 }
 
 void TransportBar::showFrame(std::int64_t frame) {
-    position.set_text(timecode(frame, rate));
-    frameNumber.set_text("frame " + std::to_string(frame));
+    setText(position, timecode(frame, rate), "Timecode");
+    setText(frameNumber, "frame " + std::to_string(frame), "Frame");
 }
 
 void TransportBar::showPlaying(bool isPlaying) {

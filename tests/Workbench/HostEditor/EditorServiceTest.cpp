@@ -1,0 +1,98 @@
+#include "Workbench/HostEditor/EditorService.h"
+
+#include "Workbench/HostEditor/BusFixture.h"
+
+namespace workbench {
+namespace {
+
+constexpr auto Name = "com.zelvix.fcp.Editor";
+constexpr auto Path = "/com/zelvix/fcp/Editor";
+constexpr auto Interface = "com.zelvix.fcp.Editor1";
+constexpr auto Properties = "org.freedesktop.DBus.Properties";
+
+SequenceFacts film() {
+    return {.key = "file:///a.mp4#{7}",
+            .uri = "file:///a.mp4",
+            .name = "Schöner Film",
+            .rate = {30000, 1001},
+            .length = 300,
+            .marks = {}};
+}
+
+class Service : public BusTest {
+protected:
+    // The property as text, as another program reads it.
+    std::string read() {
+        auto const answer = call(asker, Name, Path, Properties, "Get",
+                                 Glib::VariantContainerBase::create_tuple(
+                                     {Glib::Variant<Glib::ustring>::create(Interface),
+                                      Glib::Variant<Glib::ustring>::create("ActiveSequence")}));
+        return answer ? answer.print(true).raw() : "no answer";
+    }
+
+    bool waitForName() {
+        return waitUntil([this] { return isOwned(asker, Name); });
+    }
+
+    SessionBus bus;
+    EditorService service{bus};
+    Glib::RefPtr<Gio::DBus::Connection> asker = stranger();
+};
+
+TEST_F(Service, TellsThatThereIsNoSequence) {
+    ASSERT_TRUE(waitForName());
+    EXPECT_EQ(read(), "(<@a{sv} {}>,)");
+}
+
+TEST_F(Service, TellsTheActiveSequenceWithItsExactRate) {
+    service.setActiveSequence(film());
+    ASSERT_TRUE(waitForName());
+    EXPECT_EQ(read(), "(<{'dropFrame': <false>, 'durationFrames': <int64 300>, "
+                      "'frameDuration': <(int64 1001, int64 30000)>, 'key': <'file:///a.mp4#{7}'>, "
+                      "'name': <'Schöner Film'>, 'start': <int64 0>, 'uri': <'file:///a.mp4'>}>,)");
+}
+
+TEST_F(Service, TellsOfChanges) {
+    ASSERT_TRUE(waitForName());
+    std::string heard;
+    asker->signal_subscribe(
+        [&](auto const&, auto const&, auto const&, auto const&, auto const&,
+            Glib::VariantContainerBase const& arguments) { heard = arguments.print(true).raw(); },
+        Name, Properties, "PropertiesChanged", Path);
+    // An answered call puts the subscription in force.
+    read();
+    service.setActiveSequence(film());
+    ASSERT_TRUE(waitUntil([&] { return !heard.empty(); }));
+    EXPECT_EQ(heard.rfind("('com.zelvix.fcp.Editor1', {'ActiveSequence': <{'dropFrame': <false>, ", 0), 0U)
+        << heard;
+    heard.clear();
+    service.setActiveSequence({});
+    ASSERT_TRUE(waitUntil([&] { return !heard.empty(); }));
+    EXPECT_EQ(heard, "('com.zelvix.fcp.Editor1', {'ActiveSequence': <@a{sv} {}>}, @as [])");
+}
+
+TEST_F(Service, ComesBackWithTheBus) {
+    service.setActiveSequence(film());
+    ASSERT_TRUE(waitForName());
+    daemon.kill();
+    ASSERT_TRUE(waitUntil([this] { return !bus.connection(); }));
+    service.setActiveSequence({});
+    daemon.start();
+    ASSERT_TRUE(waitUntil([this] { return static_cast<bool>(bus.connection()); }));
+    asker = stranger();
+    ASSERT_TRUE(waitForName());
+    EXPECT_EQ(read(), "(<@a{sv} {}>,)");
+}
+
+TEST(ServiceWithoutABus, BearsEverything) {
+    Gio::init();
+    setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/at/all", 1);
+    SessionBus bus;
+    EXPECT_FALSE(bus.connection());
+    EditorService service{bus};
+    service.setActiveSequence(film());
+    service.setActiveSequence({});
+}
+
+} // namespace
+} // namespace workbench

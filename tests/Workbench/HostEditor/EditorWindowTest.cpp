@@ -1,0 +1,330 @@
+#include "Workbench/HostEditor/EditorWindow.h"
+
+#include "Workbench/HostEditor/Clips.h"
+#include "Workbench/HostEditor/Editor.h"
+#include "Workbench/HostEditor/Journal.h"
+#include "Workbench/HostEditor/MediaEngine.h"
+#include "Workbench/HostEditor/PinButton.h"
+#include "Workbench/HostEditor/Style.h"
+#include "Workbench/HostEditor/TemporaryFolder.h"
+#include "Workbench/HostEditor/WaitUntil.h"
+
+#include <gtest/gtest.h>
+#include <gtkmm.h>
+#include <gtkmm/init.h>
+
+#include <cmath>
+#include <cstdlib>
+
+namespace workbench {
+namespace {
+
+// The user's hands: real keys and a real pointer, through the display.
+void press(std::string const& keys) {
+    runCommand("xdotool key " + keys);
+}
+
+void clickAt(int x, int y) {
+    runCommand("xdotool mousemove " + std::to_string(x) + " " + std::to_string(y) + " click 1");
+}
+
+bool hasName(Gtk::Widget& widget, std::string const& name) {
+    std::unique_ptr<char, decltype(&g_free)> const mismatch{
+        gtk_test_accessible_check_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                           name.c_str(), nullptr),
+        &g_free};
+    return !mismatch;
+}
+
+Gtk::Widget* find(Gtk::Widget& from, std::string const& name) {
+    if (hasName(from, name))
+        return &from;
+    for (auto* child = from.get_first_child(); child; child = child->get_next_sibling())
+        if (auto* const found = find(*child, name))
+            return found;
+    return nullptr;
+}
+
+std::vector<std::string> texts(Gtk::Widget& from) {
+    std::vector<std::string> all;
+    if (auto const* const label = dynamic_cast<Gtk::Label*>(&from))
+        all.push_back(label->get_text());
+    for (auto* child = from.get_first_child(); child; child = child->get_next_sibling())
+        for (auto& text : texts(*child))
+            all.push_back(std::move(text));
+    return all;
+}
+
+class Window : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        setenv("GTK_A11Y", "test", 1);
+        ASSERT_TRUE(gtk_init_check());
+        Gtk::init_gtkmm_internals();
+        g_log_set_always_fatal(static_cast<GLogLevelFlags>(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING));
+        installStyle();
+        engine = std::make_unique<MediaEngine>();
+        media = std::make_unique<TemporaryFolder>();
+        makeClip(media->path / "first.mp4", {30000, 1001}, 120);
+        makeClip(media->path / "second.mp4", {25, 1}, 50);
+    }
+
+    static void TearDownTestSuite() {
+        media.reset();
+        engine.reset();
+    }
+
+    void SetUp() override {
+        editor.signalPicture().connect([this](Picture const&) { ++pictures; });
+    }
+
+    void show(std::vector<std::string> const& names) {
+        std::vector<std::string> files;
+        for (auto const& name : names)
+            files.push_back((media->path / name).string());
+        editor.open(files);
+        window.emplace(editor);
+        window->present();
+        ASSERT_TRUE(waitUntil([this] { return window->is_active() && find("Timeline").get_width() > 100; }));
+    }
+
+    void showFilm() {
+        show({"first.mp4"});
+        ASSERT_TRUE(waitUntil([this] { return pictures > 0; }));
+    }
+
+    Gtk::Widget& find(std::string const& name) {
+        auto* const widget = workbench::find(*window, name);
+        EXPECT_NE(widget, nullptr) << name;
+        return widget ? *widget : *window;
+    }
+
+    // A point of a widget on the screen: without a window manager the window begins at its corner.
+    std::pair<int, int> place(Gtk::Widget& widget, double x, double y) {
+        double left = 0;
+        double top = 0;
+        double windowLeft = 0;
+        double windowTop = 0;
+        widget.translate_coordinates(*window, x, y, left, top);
+        gtk_native_get_surface_transform(GTK_NATIVE(window->gobj()), &windowLeft, &windowTop);
+        return {static_cast<int>(std::lround(left + windowLeft)),
+                static_cast<int>(std::lround(top + windowTop))};
+    }
+
+    void click(std::string const& name) {
+        auto& widget = find(name);
+        auto const [x, y] = place(widget, widget.get_width() / 2.0, widget.get_height() / 2.0);
+        clickAt(x, y);
+    }
+
+    void clickTimeline(std::int64_t frame, std::int64_t length) {
+        auto& timeline = find("Timeline");
+        auto const room = timeline.get_width() - 2.0 * TimelineView::Margin;
+        auto const x =
+            TimelineView::Margin + room * (static_cast<double>(frame) + 0.5) / static_cast<double>(length);
+        auto const [left, top] = place(timeline, x, timeline.get_height() - 20.0);
+        clickAt(left, top);
+    }
+
+    bool waitFor(std::int64_t frame) {
+        return waitUntil([this, frame] { return editor.position() == frame; });
+    }
+
+    static inline std::unique_ptr<MediaEngine> engine;
+    static inline std::unique_ptr<TemporaryFolder> media;
+    Journal journal;
+    Editor editor{journal};
+    int pictures = 0;
+    std::optional<EditorWindow> window;
+};
+
+TEST_F(Window, NamesItsControls) {
+    showFilm();
+    for (auto const* const name : {"Play", "Next frame", "Previous frame", "First frame", "Last frame",
+                                   "Timeline", "Sequence", "Timecode", "Frame", "Picture", "Review panel"})
+        EXPECT_NE(workbench::find(*window, name), nullptr) << name;
+}
+
+TEST_F(Window, PlaysAndPausesWithSpaceAndButton) {
+    showFilm();
+    press("space");
+    ASSERT_TRUE(waitUntil([this] { return editor.isPlaying() && editor.position() > 3; }));
+    press("space");
+    ASSERT_TRUE(waitUntil([this] { return !editor.isPlaying(); }));
+    click("Play");
+    ASSERT_TRUE(waitUntil([this] { return editor.isPlaying(); }));
+    EXPECT_TRUE(dynamic_cast<Gtk::ToggleButton&>(find("Play")).get_active());
+    click("Play");
+    ASSERT_TRUE(waitUntil([this] { return !editor.isPlaying(); }));
+    EXPECT_FALSE(dynamic_cast<Gtk::ToggleButton&>(find("Play")).get_active());
+}
+
+TEST_F(Window, StepsAndJumpsWithKeys) {
+    showFilm();
+    press("Right Right Right");
+    ASSERT_TRUE(waitFor(3));
+    press("Left");
+    ASSERT_TRUE(waitFor(2));
+    press("End");
+    ASSERT_TRUE(waitFor(119));
+    press("shift+Left");
+    ASSERT_TRUE(waitFor(90));
+    press("Home");
+    ASSERT_TRUE(waitFor(0));
+}
+
+TEST_F(Window, StepsAndJumpsWithButtons) {
+    showFilm();
+    click("Next frame");
+    ASSERT_TRUE(waitFor(1));
+    click("Last frame");
+    ASSERT_TRUE(waitFor(119));
+    click("Previous frame");
+    ASSERT_TRUE(waitFor(118));
+    click("First frame");
+    ASSERT_TRUE(waitFor(0));
+}
+
+TEST_F(Window, KeepsTheKeysAfterAButtonWasClicked) {
+    showFilm();
+    click("Next frame");
+    ASSERT_TRUE(waitFor(1));
+    press("space");
+    ASSERT_TRUE(waitUntil([this] { return editor.isPlaying(); }));
+}
+
+TEST_F(Window, MovesThePlayheadToAClickOnTheTimeline) {
+    showFilm();
+    for (auto const frame : {60, 0, 119, 17}) {
+        clickTimeline(frame, 120);
+        ASSERT_TRUE(waitFor(frame)) << frame;
+    }
+}
+
+TEST_F(Window, ShowsTimecodeAndFrame) {
+    showFilm();
+    editor.seek(100);
+    ASSERT_TRUE(waitFor(100));
+    EXPECT_EQ(dynamic_cast<Gtk::Label&>(find("Timecode")).get_text(), "00:00:03:10");
+    EXPECT_EQ(dynamic_cast<Gtk::Label&>(find("Frame")).get_text(), "frame 100");
+    std::unique_ptr<char, decltype(&g_free)> const mismatch{
+        gtk_test_accessible_check_property(GTK_ACCESSIBLE(find("Timeline").gobj()),
+                                           GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT, "00:00:03:10", nullptr),
+        &g_free};
+    EXPECT_EQ(mismatch.get(), nullptr);
+}
+
+TEST_F(Window, MovesNothingWhileTheNumbersRun) {
+    showFilm();
+    auto const places = [this] {
+        std::vector<int> all;
+        for (auto const* const name : {"Timecode", "Frame", "Play", "Next frame", "Timeline", "Picture"}) {
+            auto const [x, y] = place(find(name), 0, 0);
+            all.insert(all.end(), {x, y, find(name).get_width(), find(name).get_height()});
+        }
+        return all;
+    };
+    auto const before = places();
+    for (auto const frame : {1, 9, 10, 88, 99, 100, 111, 119}) {
+        editor.seek(frame);
+        ASSERT_TRUE(waitFor(frame));
+        ASSERT_TRUE(waitUntil([drawn = pictures, this] { return pictures >= drawn; }));
+        EXPECT_EQ(places(), before) << frame;
+    }
+}
+
+TEST_F(Window, OffersTheSequencesAndShowsTheChosenOne) {
+    show({"first.mp4", "second.mp4"});
+    auto& choice = dynamic_cast<Gtk::DropDown&>(find("Sequence"));
+    EXPECT_EQ(choice.get_selected(), 0U);
+    choice.set_selected(1);
+    EXPECT_EQ(editor.activeIndex(), 1U);
+    EXPECT_EQ(window->get_title(), "second.mp4 – Zelvix Workbench");
+    editor.seek(49);
+    ASSERT_TRUE(waitFor(49));
+    editor.activate(0);
+    EXPECT_EQ(choice.get_selected(), 0U);
+    EXPECT_EQ(editor.position(), 0);
+}
+
+TEST_F(Window, SaysWhatCouldNotBeOpenedAndGoesOn) {
+    show({"nowhere.mp4", "first.mp4"});
+    auto const said = texts(find("Messages"));
+    ASSERT_FALSE(said.empty());
+    EXPECT_EQ(said.front(),
+              "cannot open " + (media->path / "nowhere.mp4").string() + ": there is no such file");
+    EXPECT_EQ(editor.activeIndex(), 0U);
+    click("Dismiss messages");
+    ASSERT_TRUE(waitUntil([this] { return !find("Messages").get_visible(); }));
+}
+
+TEST_F(Window, IsAnEmptyEditorWhenNothingCouldBeOpened) {
+    show({"nowhere.mp4"});
+    EXPECT_FALSE(editor.activeIndex());
+    EXPECT_FALSE(find("Play").is_sensitive());
+    EXPECT_FALSE(find("Sequence").get_visible());
+    press("space Right End Home Left");
+    clickTimeline(10, 100);
+    EXPECT_FALSE(waitUntil([this] { return editor.isPlaying() || editor.position() != 0; }, 200));
+    EXPECT_EQ(window->get_title(), "Zelvix Workbench");
+}
+
+TEST_F(Window, MovesThePlayheadToAPinThatIsClicked) {
+    showFilm();
+    auto const seconds = 40 * 1001 / 30000.0;
+    window->showPins({{.id = "a", .start = seconds, .text = "Logo too small", .author = "Ana", .colour = {}}},
+                     true);
+    ASSERT_TRUE(waitUntil([this] { return find("Comment, Ana: Logo too small").get_width() > 0; }));
+    auto& pin = find("Comment, Ana: Logo too small");
+    EXPECT_EQ(pin.get_tooltip_text(), "Ana: Logo too small");
+    EXPECT_EQ(pin.get_width(), 12);
+    // At the rim of the pin another frame lies below the pointer; that one is not wanted.
+    std::vector<std::int64_t> wanted;
+    auto const watching = editor.signalTargetChanged().connect([&] { wanted.push_back(editor.target()); });
+    auto const [x, y] = place(pin, 1, pin.get_height() / 2.0);
+    clickAt(x, y);
+    ASSERT_TRUE(waitFor(40));
+    EXPECT_EQ(wanted, (std::vector<std::int64_t>{40}));
+}
+
+TEST_F(Window, ShowsTheFilmInThePictureArea) {
+    showFilm();
+    auto& picture = find("Picture");
+    EXPECT_GT(picture.get_width(), 400);
+    EXPECT_GT(picture.get_height(), 200);
+}
+
+TEST_F(Window, LeavesThePanelTheWidthThatItWasMadeFor) {
+    showFilm();
+    EXPECT_NEAR(find("Review panel").get_width(), PanelPane::Width, 2);
+}
+
+TEST_F(Window, LeavesThePanelItsKeys) {
+    showFilm();
+    auto* const entry = Gtk::make_managed<Gtk::Entry>();
+    window->panel().hold(GTK_WIDGET(g_object_ref(entry->gobj())));
+    entry->grab_focus();
+    press("a space b");
+    ASSERT_TRUE(waitUntil([&] { return entry->get_text() == "a b"; }));
+    EXPECT_FALSE(editor.isPlaying());
+}
+
+TEST(Pins, AreDrawnInTheirColourUnlessTheyHaveNone) {
+    EXPECT_EQ(pinColour({.id = {}, .text = {}, .author = {}, .colour = "#3366ff"}, true),
+              Gdk::RGBA{"#3366ff"});
+    auto const house = pinColour({.id = {}, .text = {}, .author = {}, .colour = {}}, true);
+    EXPECT_EQ(pinColour({.id = {}, .text = {}, .author = {}, .colour = "url(x)"}, true), house);
+    EXPECT_EQ(pinColour({.id = {}, .text = {}, .author = {}, .colour = "#xyz"}, true), house);
+    EXPECT_NE(pinColour({.id = {}, .text = {}, .author = {}, .colour = "#3366ff"}, false),
+              Gdk::RGBA{"#3366ff"});
+}
+
+TEST(Pins, SayWhoSaidWhat) {
+    EXPECT_EQ(pinText({.id = {}, .text = "Too\ndark", .author = "Ben", .colour = {}}), "Ben: Too dark");
+    EXPECT_EQ(pinText({.id = {}, .text = "Too dark", .author = {}, .colour = {}}), "Too dark");
+    EXPECT_EQ(pinText({.id = {}, .text = std::string(300, 'x'), .author = {}, .colour = {}}),
+              std::string(160, 'x') + "…");
+}
+
+} // namespace
+} // namespace workbench
