@@ -33,8 +33,8 @@ bool isNoncharacter(gunichar character) {
 std::string repaired(std::string const& text) {
     GCharPtr const valid{g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()))};
     std::string result;
-    for (char const* at = valid.get(); *at != '\0';) {
-        char const* const next = g_utf8_next_char(at);
+    for (char* at = valid.get(); *at != '\0';) {
+        char* const next = g_utf8_next_char(at);
         if (isNoncharacter(g_utf8_get_char(at)))
             result += "\uFFFD";
         else

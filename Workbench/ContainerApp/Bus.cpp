@@ -110,9 +110,9 @@ void Bus::Source::finalize(GSource* base) {
     std::unique_ptr<std::function<void()>>(of(base).lost);
 }
 
-void Bus::DestroySource::operator()(Source* source) const {
-    g_source_destroy(&source->base);
-    g_source_unref(&source->base);
+void Bus::DestroySource::operator()(Source* ended) const {
+    g_source_destroy(&ended->base);
+    g_source_unref(&ended->base);
 }
 
 Bus::Bus(std::unique_ptr<sd_bus, BusUnref> theConnection)

@@ -66,7 +66,7 @@ private:
     struct Source;
 
     struct DestroySource {
-        void operator()(Source* source) const;
+        void operator()(Source* ended) const;
     };
 
     explicit Bus(std::unique_ptr<sd_bus, BusUnref> theConnection);

@@ -60,8 +60,8 @@ struct ContainerApp::Work {
     CommandHandler handler;
 };
 
-void ContainerApp::UnrefLoop::operator()(GMainLoop* loop) const {
-    g_main_loop_unref(loop);
+void ContainerApp::UnrefLoop::operator()(GMainLoop* ended) const {
+    g_main_loop_unref(ended);
 }
 
 ContainerApp::ContainerApp(ContainerOptions theOptions, Console const& theConsole)

@@ -50,7 +50,7 @@ private:
     struct Work;
 
     struct UnrefLoop {
-        void operator()(GMainLoop* loop) const;
+        void operator()(GMainLoop* ended) const;
     };
 
     [[nodiscard]] BusPresence::Outcome connect();

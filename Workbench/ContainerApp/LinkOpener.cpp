@@ -52,8 +52,8 @@ void LinkOpener::open(std::string const& url, Opened done) {
 
 LinkOpener::~LinkOpener() = default;
 
-void LinkOpener::Unref::operator()(_GDBusConnection* connection) const {
-    g_object_unref(connection);
+void LinkOpener::Unref::operator()(_GDBusConnection* ended) const {
+    g_object_unref(ended);
 }
 
 // GIO takes the process-wide connection to launch things, and by default that one ends the process with the

@@ -27,7 +27,7 @@ public:
 
 private:
     struct Unref {
-        void operator()(_GDBusConnection* connection) const;
+        void operator()(_GDBusConnection* ended) const;
     };
 
     void tameProcessBus();

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <numeric>
+#include <utility>
 
 namespace workbench {
 
@@ -38,7 +39,7 @@ std::vector<PinGroup> groupPins(std::vector<Pin> const& pins, TimeAxis const& ax
     std::vector<std::int64_t> frames;
     std::transform(pins.begin(), pins.end(), std::back_inserter(frames),
                    [&](Pin const& pin) { return frameOfSeconds(pin.start, axis); });
-    std::stable_sort(order.begin(), order.end(), [&](auto a, auto b) { return frames[a] < frames[b]; });
+    std::ranges::sort(order, {}, [&](auto index) { return std::pair{frames[index], index}; });
     std::vector<PinGroup> groups;
     for (auto const index : order) {
         auto const position = axis.positionOf(frames[index]);

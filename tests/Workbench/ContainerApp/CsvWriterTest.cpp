@@ -85,10 +85,10 @@ TEST(CsvWriter, IsReadBySomebodyElsesReader) {
     auto const rows = readByPython(csv);
     ASSERT_EQ(texts.size(), rows.size());
     for (std::size_t row = 0; row < texts.size(); ++row) {
-        EXPECT_EQ(texts[row], rows[row]["text"]);
-        EXPECT_EQ("00:00:12:12", rows[row]["timecode"]);
-        EXPECT_EQ("312", rows[row]["frame"]);
-        EXPECT_EQ("12.5", rows[row]["seconds"]);
+        EXPECT_EQ(texts[row], rows[row]["text"].get<std::string>());
+        EXPECT_EQ("00:00:12:12", rows[row]["timecode"].get<std::string>());
+        EXPECT_EQ("312", rows[row]["frame"].get<std::string>());
+        EXPECT_EQ("12.5", rows[row]["seconds"].get<std::string>());
         EXPECT_EQ(8U, rows[row].size());
     }
 }
