@@ -18,7 +18,7 @@ class Film:
     def __init__(self, path):
         self.path = str(path)
         command = ["ffprobe", "-v", "error", "-count_packets", "-select_streams", "v:0", "-of", "json",
-                   "-show_entries", "stream=r_frame_rate,nb_read_packets,width,height,sample_aspect_ratio:format_tags=title",
+                   "-show_entries", "stream=r_frame_rate,nb_read_packets,width,height,sample_aspect_ratio",
                    self.path]
         result = subprocess.run(command, capture_output=True, check=False, timeout=120)
         facts = json.loads(result.stdout or "{}")
@@ -27,7 +27,6 @@ class Film:
         stream = facts["streams"][0]
         self.numerator, self.denominator = (int(part) for part in stream["r_frame_rate"].split("/"))
         self.frames = int(stream["nb_read_packets"])
-        self.title = facts.get("format", {}).get("tags", {}).get("title")
         shape = stream.get("sample_aspect_ratio", "1:1").replace("0:1", "1:1").split(":")
         self.aspect = stream["width"] * int(shape[0]) / (stream["height"] * int(shape[1]))
 
