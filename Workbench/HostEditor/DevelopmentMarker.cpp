@@ -17,10 +17,7 @@ DevelopmentMarker::DevelopmentMarker(Use use, Paths files)
     lookAround(use);
 }
 
-DevelopmentMarker::~DevelopmentMarker() {
-    if (isMade && isStillOurs())
-        unlink(paths.development.c_str());
-}
+DevelopmentMarker::~DevelopmentMarker() = default;
 
 bool DevelopmentMarker::isPresent() const {
     std::error_code error;
@@ -32,10 +29,9 @@ void DevelopmentMarker::make() {
     auto const file = open(paths.development.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, everyoneReads);
     if (file >= 0) {
         struct stat status{};
-        isMade = fstat(file, &status) == 0;
-        device = status.st_dev;
-        node = status.st_ino;
+        fstat(file, &status);
         close(file);
+        guard.emplace(paths.development, FileIdentity{status.st_dev, status.st_ino});
     } else if (errno != EEXIST) {
         found.push_back("cannot make " + paths.development.string() + " (" + std::strerror(errno) +
                         "): the panel loads the published page");
@@ -45,7 +41,7 @@ void DevelopmentMarker::make() {
 void DevelopmentMarker::lookAround(Use use) {
     std::error_code error;
     auto const wins = std::filesystem::exists(paths.diagnostic, error);
-    if (isPresent() && !isMade && use == Use::Select)
+    if (isPresent() && !guard && use == Use::Select)
         found.push_back(paths.development.string() +
                         " was there already, from another workbench or left over; " +
                         "it is left there at the end");
@@ -55,12 +51,6 @@ void DevelopmentMarker::lookAround(Use use) {
     if (wins)
         found.push_back(paths.diagnostic.string() +
                         " is there and wins: the panel shows its diagnostic page");
-}
-
-// Somebody may have removed the file and made one for himself.
-bool DevelopmentMarker::isStillOurs() const {
-    struct stat status{};
-    return lstat(paths.development.c_str(), &status) == 0 && status.st_dev == device && status.st_ino == node;
 }
 
 } // namespace workbench

@@ -1,14 +1,17 @@
 #pragma once
 
+#include "Workbench/HostEditor/MarkerGuard.h"
+
 #include <filesystem>
+#include <optional>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 namespace workbench {
 
 // The file by which the panel is told to load the review page from this machine. While the workbench runs it
-// is there; afterwards it is gone again, unless somebody else had put it there.
+// is there; afterwards it is gone again, however the workbench ended, unless somebody else had put it there.
+// Best made before the process has threads.
 class DevelopmentMarker final {
 public:
     enum class Use { Select, LeaveAlone };
@@ -32,12 +35,9 @@ public:
 private:
     void make();
     void lookAround(Use use);
-    [[nodiscard]] bool isStillOurs() const;
 
     Paths paths;
-    bool isMade = false;
-    dev_t device = 0; // of the file that was made
-    ino_t node = 0;
+    std::optional<MarkerGuard> guard; // of the file that was made
     std::vector<std::string> found;
 };
 

@@ -3,6 +3,7 @@
 #include <glib.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -149,9 +150,14 @@ bool beginsAsText(std::filesystem::path const& path) {
     std::ifstream stream{path, std::ios::binary};
     stream.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
     beginning.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
+    auto const isControl = [](char each) {
+        return each >= 0 && each < ' ' && !std::isspace(each) && each != '\x1b';
+    };
+    if (std::any_of(beginning.begin(), beginning.end(), isControl))
+        return false;
     char const* end = nullptr;
     g_utf8_validate(beginning.data(), static_cast<gssize>(beginning.size()), &end);
-    // The last character may be cut in two, a vector drawing is text, too.
+    // The last character may be cut in two; a vector drawing is text, too.
     auto const valid = end - beginning.data();
     return valid + 4 > static_cast<std::ptrdiff_t>(beginning.size()) &&
            beginning.find("<svg") == std::string::npos;

@@ -45,12 +45,12 @@ std::optional<SequenceFacts> activeFacts(Editor const& editor) {
 // The parts in the order in which they are made; they go in the opposite one.
 class Program final {
 public:
-    Program(Options const& chosen, Journal const& toTell)
+    Program(Options const& chosen, Journal const& toTell, DevelopmentMarker const& made)
         : options(chosen)
         , journal(toTell)
+        , marker(made)
         , loop(Glib::MainLoop::create())
         , signals([this](int number) { endBySignal(number); })
-        , marker(options.production ? DevelopmentMarker::Use::LeaveAlone : DevelopmentMarker::Use::Select, {})
         , editor(journal)
         , service(bus)
         , pins(PinsClient::create(bus))
@@ -116,7 +116,11 @@ private:
         installStyle();
         window.emplace(editor);
         window->showPins(pins->pins(), pins->isLive());
-        window->signal_hide().connect([this] { loop->quit(); });
+        auto const endWithWindow = [this] {
+            loop->quit();
+            return true; // it goes with everything else
+        };
+        window->signal_close_request().connect(endWithWindow, false);
         window->present();
         journal.say("window shown");
         // After the first picture: the panel's engine takes a while to load.
@@ -149,9 +153,9 @@ private:
 
     Options const& options;
     Journal const& journal;
+    DevelopmentMarker const& marker;
     Glib::RefPtr<Glib::MainLoop> loop;
     SignalWatch signals;
-    DevelopmentMarker marker;
     MediaEngine engine;
     Editor editor;
     SessionBus bus;
@@ -169,6 +173,8 @@ private:
 
 int runWorkbench(Options const& options) {
     Journal const journal;
+    using Use = DevelopmentMarker::Use;
+    DevelopmentMarker const marker{options.production ? Use::LeaveAlone : Use::Select, {}};
     chooseRenderer();
     outliveSessionBus();
     if (!gtk_init_check()) {
@@ -176,7 +182,7 @@ int runWorkbench(Options const& options) {
         return EXIT_FAILURE;
     }
     Gtk::init_gtkmm_internals();
-    Program{options, journal}.run();
+    Program{options, journal, marker}.run();
     journal.say("ended");
     return EXIT_SUCCESS;
 }

@@ -1,8 +1,13 @@
 #include "Workbench/HostEditor/DevelopmentMarker.h"
 
 #include "Workbench/HostEditor/TemporaryFolder.h"
+#include "Workbench/HostEditor/WaitUntil.h"
 
 #include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <optional>
 
@@ -40,6 +45,35 @@ TEST_F(Marker, OfSomebodyElseIsNamedAndLeft) {
                   "the end");
     marker.reset();
     EXPECT_TRUE(isThere());
+}
+
+TEST_F(Marker, IsGoneEvenWhenTheWorkbenchIsKilled) {
+    auto const workbench = fork();
+    if (workbench == 0) {
+        make();
+        raise(SIGKILL);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(workbench, &status, 0), workbench);
+    EXPECT_EQ(WTERMSIG(status), SIGKILL);
+    EXPECT_TRUE(waitUntil([this] { return !isThere(); }));
+}
+
+TEST_F(Marker, IsThereThroughSignalsToTheWholeGroup) {
+    auto const workbench = fork();
+    if (workbench == 0) {
+        setpgid(0, 0); // a group without this test
+        for (auto const number : {SIGINT, SIGTERM, SIGHUP})
+            signal(number, SIG_IGN);
+        make();
+        for (auto const number : {SIGINT, SIGTERM, SIGHUP})
+            kill(0, number);
+        _exit(waitUntil([this] { return !isThere(); }, 300) ? 1 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(workbench, &status, 0), workbench);
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(waitUntil([this] { return !isThere(); }));
 }
 
 TEST_F(Marker, ThatSomebodyElseHasRemovedIsNotMissed) {

@@ -87,6 +87,7 @@ TEST(Text, IsToldFromMedia) {
     TemporaryFolder const folder;
     EXPECT_TRUE(beginsAsText(folder.write("a", "Grüße\n")));
     EXPECT_TRUE(beginsAsText(folder.write("b", std::string(1023, 'a') + "ü"))); // cut in two by the reader
+    EXPECT_FALSE(beginsAsText(folder.write("bell", "\a\a\a\a")));
     EXPECT_FALSE(beginsAsText(folder.write("c", movie)));
     EXPECT_FALSE(beginsAsText(folder.write("d", matroska)));
     EXPECT_FALSE(beginsAsText(folder.write("e", "<?xml version='1.0'?><svg width='8' height='8'/>")));
