@@ -1,6 +1,7 @@
 #include "FcpExtension/ProExtensionAPI.h"
 
 #include "Doubles/FakePlatform.h"
+#include "Doubles/ThreadedHost.h"
 
 #include <gtest/gtest.h>
 
@@ -286,33 +287,6 @@ TEST_F(ProExtensionAPITest, CannotBeCopiedOrMoved) {
     static_assert(!std::is_copy_constructible_v<ProExtensionAPI> &&
                   !std::is_move_constructible_v<ProExtensionAPI>);
 }
-
-// A host that answers from any thread, for the test below; the journal's doubles belong to one.
-class ThreadedTimeline final : public FCPXTimeline {
-public:
-    [[nodiscard]] CMTime playheadTime() const override { return mediaTime(1, 1); }
-
-    void movePlayheadTo(CMTime) override {}
-
-    [[nodiscard]] std::shared_ptr<FCPXSequence> activeSequence() const override { return nullptr; }
-
-    void add(std::shared_ptr<FCPXTimelineObserver> observer) override { last = std::move(observer); }
-
-    void remove(std::shared_ptr<FCPXTimelineObserver>) override {}
-
-    std::shared_ptr<FCPXTimelineObserver> last;
-};
-
-class ThreadedHost final : public FCPXHost, public HostRuntime {
-public:
-    [[nodiscard]] std::shared_ptr<FCPXTimeline> timeline() const override { return current; }
-
-    [[nodiscard]] std::shared_ptr<FCPXHost> proExtensionHostSingleton() override {
-        return {std::shared_ptr<void>(), this};
-    }
-
-    std::shared_ptr<ThreadedTimeline> const current = std::make_shared<ThreadedTimeline>();
-};
 
 TEST(ProExtensionAPIThreads, SurvivesNotificationsFromAnotherThreadThroughoutItsLife) {
     ThreadedHost host;
