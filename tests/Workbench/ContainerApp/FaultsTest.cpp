@@ -128,7 +128,7 @@ TEST_F(FaultsTest, TakesListsOfEveryPlainType) {
 TEST_F(FaultsTest, KeepsACommentOfTenMegabytes) {
     auto const text = std::string(10'000'000, 'x');
     EXPECT_EQ(true, sync({{"id", "a"}, {"seconds", 1}, {"text", text}}));
-    EXPECT_EQ(text, markerAt(1).at("text"));
+    EXPECT_EQ(Json(text), markerAt(1).at("text"));
 }
 
 TEST_F(FaultsTest, LeavesOutRepliesThatWouldCutItOffFromTheBus) {
