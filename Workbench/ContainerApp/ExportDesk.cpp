@@ -2,8 +2,6 @@
 
 #include "Workbench/ContainerApp/CommentList.h"
 
-#include <glib.h>
-
 #include <sys/stat.h>
 #include <unordered_set>
 #include <utility>
@@ -13,13 +11,6 @@ namespace workbench {
 namespace {
 
 constexpr char const* Csv = "csv";
-
-std::string documentsFolder() {
-    auto const* documents = g_get_user_special_dir(G_USER_DIRECTORY_DOCUMENTS);
-    auto folder = documents ? std::string{documents} : std::string{g_get_home_dir()} + "/Documents";
-    g_mkdir_with_parents(folder.c_str(), 0777);
-    return folder;
-}
 
 void checkFolder(std::string const& folder) {
     struct stat status{};
@@ -88,10 +79,9 @@ void ExportDesk::cancel(std::function<void(bool)> answer) {
 }
 
 std::string ExportDesk::folderFor(ExportSettings const& wanted) {
-    auto const folder = wanted.folder ? wanted.folder : settings.value(OutputFolderSetting);
-    auto result = folder ? *folder : documentsFolder();
-    checkFolder(result);
-    return result;
+    auto folder = wanted.folder ? *wanted.folder : outputFolder(settings);
+    checkFolder(folder);
+    return folder;
 }
 
 void ExportDesk::finish(std::int64_t id, ExportOutcome const& outcome) {

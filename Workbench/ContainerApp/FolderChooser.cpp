@@ -16,7 +16,7 @@ void FolderChooser::choose(Chosen answer) {
     auto const isOpen = !waiting.empty();
     waiting.push_back(std::move(answer));
     if (!isOpen)
-        dialog(settings.value(OutputFolderSetting).value_or(""),
+        dialog(outputFolder(settings),
                [this](std::optional<std::string> const& folder) { answerAll(folder); });
 }
 

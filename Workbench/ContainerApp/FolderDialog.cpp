@@ -27,8 +27,7 @@ void FolderDialog::open(std::string const& folder, Chosen theChosen) {
                                             Gtk::FileChooser::Action::SELECT_FOLDER, "Choose", "Cancel");
     dialog->set_modal(true);
     try {
-        if (!folder.empty())
-            dialog->set_current_folder(Gio::File::create_for_path(folder));
+        dialog->set_current_folder(Gio::File::create_for_path(folder));
     } catch (Glib::Error const&) {
         // The dialog then opens where it likes.
     }

@@ -16,7 +16,7 @@ public:
 
     explicit FolderDialog(Gtk::Window& parent);
 
-    // Opens in `folder`, when there is one. Calls back once; one dialog at a time.
+    // Opens in `folder`, if it is there. Calls back once; one dialog at a time.
     void open(std::string const& folder, Chosen chosen);
 
 private:

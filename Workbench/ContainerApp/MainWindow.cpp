@@ -22,14 +22,15 @@ constexpr char const* Style = R"(
 window.container { background-color: rgb(23, 23, 20); color: rgb(232, 230, 224); }
 .container .sequence { font-size: 17px; font-weight: 600; }
 .container .quiet { color: rgb(150, 147, 138); }
-.container columnview, .container columnview > listview, .container list { background-color: transparent; }
+.container columnview, .container columnview > listview, .container list, .container row {
+    background-color: transparent; color: rgb(232, 230, 224); }
 .container columnview > header > button {
     background: none; box-shadow: none; border: none; border-bottom: 1px solid rgb(48, 48, 43);
     padding: 6px 16px; font-size: 11px; font-weight: 600; color: rgb(150, 147, 138); }
 .container columnview > listview > row { padding: 0; border-bottom: 1px solid rgb(34, 34, 30); }
 .container columnview > listview > row > cell { padding: 9px 16px; border: none; }
 .container columnview > listview > row:hover { background-color: rgb(31, 31, 28); }
-.container .time { font-feature-settings: "tnum"; color: rgb(224, 102, 82); }
+.container .time { font-feature-settings: "tnum"; color: rgb(190, 187, 178); }
 .container .author { color: rgb(190, 187, 178); }
 .container .resolved { color: rgb(120, 118, 110); text-decoration: line-through; }
 .container .exports { border-top: 1px solid rgb(48, 48, 43); padding: 10px 16px 12px 16px; }
@@ -37,6 +38,11 @@ window.container { background-color: rgb(23, 23, 20); color: rgb(232, 230, 224);
 .container .failed { color: rgb(224, 102, 82); }
 .container .problem { background-color: rgb(58, 33, 27); color: rgb(246, 214, 206); padding: 8px 16px; }
 )";
+
+// A comment is shown up to here; its tooltip has the rest.
+constexpr int LinesOfText = 3;
+
+constexpr auto ProblemIsShownFor = std::chrono::seconds{20};
 
 // What stands between the rows that two lists have in common at their beginnings and at their ends.
 struct Difference {
@@ -123,9 +129,12 @@ void MainWindow::showContent(WindowContent const& shown) {
 }
 
 void MainWindow::showProblem(std::string const& sentence) {
-    problem.set_text(sentence);
-    problem.set_tooltip_text(sentence);
+    auto shown = sentence;
+    shown.front() = g_ascii_toupper(shown.front());
+    problem.set_text(shown);
+    problem.set_tooltip_text(shown);
     problem.show();
+    problemTimer.start(ProblemIsShownFor, [this] { problem.hide(); });
 }
 
 void MainWindow::buildHeading() {
@@ -160,6 +169,9 @@ void MainWindow::addColumn(Glib::ustring const& title, std::string WindowContent
     auto const factory = Gtk::SignalListItemFactory::create();
     factory->signal_setup().connect([isTime, isText](Glib::RefPtr<Gtk::ListItem> const& item) {
         auto& label = leftAligned(*Gtk::make_managed<Gtk::Label>());
+        label.set_valign(Gtk::Align::START);
+        label.set_wrap(isText);
+        label.set_lines(isText ? LinesOfText : 1);
         if (!isText)
             label.add_css_class(isTime ? "time" : "author");
         item->set_child(label);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Workbench/ContainerApp/Timer.h"
 #include "Workbench/ContainerApp/WindowContent.h"
 
 #include <giomm/liststore.h>
@@ -30,6 +31,7 @@ public:
     explicit MainWindow(std::function<void()> closed);
 
     void showContent(WindowContent const& content);
+    // For some seconds.
     void showProblem(std::string const& sentence);
 
 private:
@@ -55,6 +57,7 @@ private:
     Gtk::ScrolledWindow exportsScroller;
     Gtk::ListBox exports;
     Gtk::Label problem;
+    Timer problemTimer;
 };
 
 } // namespace workbench

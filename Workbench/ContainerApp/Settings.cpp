@@ -1,5 +1,7 @@
 #include "Workbench/ContainerApp/Settings.h"
 
+#include <glib.h>
+
 namespace workbench {
 
 Settings::Settings(Database& database)
@@ -16,6 +18,15 @@ std::optional<std::string> Settings::value(std::string const& key) {
 
 void Settings::set(std::string const& key, std::string const& value) {
     write.run(key, value);
+}
+
+std::string outputFolder(Settings& settings) {
+    if (auto const chosen = settings.value(OutputFolderSetting))
+        return *chosen;
+    auto const* documents = g_get_user_special_dir(G_USER_DIRECTORY_DOCUMENTS);
+    auto folder = documents ? std::string{documents} : std::string{g_get_home_dir()} + "/Documents";
+    g_mkdir_with_parents(folder.c_str(), 0777);
+    return folder;
 }
 
 } // namespace workbench

@@ -20,7 +20,10 @@ private:
     Statement write;
 };
 
-// The folder that was chosen last.
+// The folder for exports that was chosen last.
 inline constexpr char const* OutputFolderSetting = "outputFolder";
+
+// The folder for exports: the one that was chosen last, else the user's Documents, made when it is missing.
+[[nodiscard]] std::string outputFolder(Settings& settings);
 
 } // namespace workbench

@@ -64,6 +64,12 @@ std::string summaryOf(std::vector<Comment> const& comments) {
     return counted(top, "comment", "comments") + ", " + std::to_string(resolved) + " resolved";
 }
 
+std::string titleOf(std::optional<HostSequence> const& sequence) {
+    if (!sequence)
+        return "No sequence open";
+    return sequence->name.empty() ? "Comments without a sequence" : sequence->name;
+}
+
 std::string describeExport(ExportRecord const& record) {
     switch (record.state) {
     case ExportState::Running:
@@ -85,7 +91,7 @@ WindowContent readWindowContent(Store& store) {
     auto const sequence = store.sequences.description(key);
     auto comments = store.comments.comments(key);
     auto content = WindowContent{};
-    content.sequence = sequence && !sequence->name.empty() ? sequence->name : "No sequence open";
+    content.sequence = titleOf(sequence);
     content.summary = summaryOf(comments);
     for (auto const& comment : threaded(std::move(comments)))
         content.comments.push_back({.time = timeOf(comment, sequence),

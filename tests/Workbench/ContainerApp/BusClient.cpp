@@ -14,12 +14,12 @@ namespace {
 constexpr char const* Container = "com.zelvix.fcp.Container";
 constexpr char const* MarkersPath = "/com/zelvix/fcp/Markers";
 constexpr char const* MarkersInterface = "com.zelvix.fcp.Markers1";
-constexpr std::uint64_t Patience = 20'000'000; // microseconds
+constexpr std::uint64_t Microseconds = 20'000'000; // of patience
 
 BusMessage call(Bus& bus, BusMessage const& message, std::string& error) {
     sd_bus_message* answer = nullptr;
     auto problem = sd_bus_error{};
-    sd_bus_call(bus.handle(), message.get(), Patience, &problem, &answer);
+    sd_bus_call(bus.handle(), message.get(), Microseconds, &problem, &answer);
     error = problem.name ? problem.name : "";
     sd_bus_error_free(&problem);
     return BusMessage{answer};
@@ -103,7 +103,7 @@ void BusClient::settle() {
 }
 
 bool BusClient::waitFor(std::function<bool()> const& condition) {
-    auto const deadline = std::chrono::steady_clock::now() + std::chrono::microseconds{Patience};
+    auto const deadline = std::chrono::steady_clock::now() + std::chrono::microseconds{Microseconds};
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline)
             return false;

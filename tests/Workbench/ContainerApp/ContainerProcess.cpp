@@ -34,8 +34,8 @@ void apply(ProcessLimits const& limits) {
 
 } // namespace
 
-bool waitUntil(std::function<bool()> const& condition) {
-    auto const deadline = std::chrono::steady_clock::now() + std::chrono::seconds{20};
+bool waitUntil(std::function<bool()> const& condition, std::chrono::seconds patience) {
+    auto const deadline = std::chrono::steady_clock::now() + patience;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline)
             return false;
@@ -78,9 +78,9 @@ void ContainerProcess::signal(int number) const {
     ::kill(process, number);
 }
 
-int ContainerProcess::wait() {
+int ContainerProcess::wait(std::chrono::seconds patience) {
     auto status = 0;
-    if (!waitUntil([&] { return ::waitpid(process, &status, WNOHANG) == process; }))
+    if (!waitUntil([&] { return ::waitpid(process, &status, WNOHANG) == process; }, patience))
         return -1000;
     process = 0;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);

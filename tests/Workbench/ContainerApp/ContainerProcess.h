@@ -11,8 +11,11 @@
 
 namespace workbench {
 
-// Waits until `condition` holds; false when it does not within 20 seconds.
-[[nodiscard]] bool waitUntil(std::function<bool()> const& condition);
+inline constexpr auto Patience = std::chrono::seconds{20};
+
+// Waits until `condition` holds; false when it does not in time.
+[[nodiscard]] bool waitUntil(std::function<bool()> const& condition,
+                             std::chrono::seconds patience = Patience);
 
 struct ProcessLimits {
     bool obeysPermissions = false; // also where the tests run as root
@@ -34,7 +37,7 @@ public:
     void signal(int number) const;
 
     // Waits for the end: the exit code, or minus the signal's number.
-    [[nodiscard]] int wait();
+    [[nodiscard]] int wait(std::chrono::seconds patience = Patience);
 
     [[nodiscard]] pid_t pid() const { return process; }
 

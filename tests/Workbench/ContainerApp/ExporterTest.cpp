@@ -174,7 +174,7 @@ TEST_F(ExporterTest, ReplacesAFileWhenAskedTo) {
 
 TEST_F(ExporterTest, LeavesNothingBehindWhenItIsCancelled) {
     auto outcome = std::optional<ExportOutcome>{};
-    exporter.start(job(2'000'000), [&](ExportOutcome const& result) { outcome = result; });
+    exporter.start(job(300'000), [&](ExportOutcome const& result) { outcome = result; });
     EXPECT_TRUE(exporter.isRunning());
     exporter.cancel();
     ASSERT_TRUE(queue.runOne());
@@ -203,7 +203,7 @@ TEST_F(ExporterTest, CanBeDroppedWhileItWrites) {
     auto called = false;
     {
         auto dropped = Exporter{[this](std::function<void()> task) { queue.post(std::move(task)); }};
-        dropped.start(job(2'000'000), [&](ExportOutcome const&) { called = true; });
+        dropped.start(job(300'000), [&](ExportOutcome const&) { called = true; });
     }
     ASSERT_TRUE(queue.runOne());
     EXPECT_FALSE(called);

@@ -1,0 +1,82 @@
+#include "Workbench/ContainerApp/WindowContent.h"
+#include "Workbench/ContainerApp/CommentReader.h"
+#include "Workbench/ContainerApp/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace workbench {
+
+namespace {
+
+class WindowContentTest : public testing::Test {
+protected:
+    WindowContentTest() {
+        store.comments.setObserver([](auto const&...) {});
+    }
+
+    void add(Json const& value) { ASSERT_TRUE(store.comments.sync(readComment(value).value())); }
+
+    TemporaryFolder folder;
+    Store store{folder / "store"};
+};
+
+} // namespace
+
+TEST_F(WindowContentTest, ShowsAnEmptyStore) {
+    auto const content = readWindowContent(store);
+    EXPECT_EQ("No sequence open", content.sequence);
+    EXPECT_EQ("No comments", content.summary);
+    EXPECT_TRUE(content.comments.empty());
+    EXPECT_TRUE(content.exports.empty());
+}
+
+TEST_F(WindowContentTest, ShowsTheCommentsOfTheActiveSequence) {
+    auto sequence = HostSequence{};
+    sequence.key = "one";
+    sequence.name = "Reel 1";
+    sequence.rate = FrameRate{25, 1};
+    sequence.firstFrame = 90'000;
+    store.sequences.setActive(sequence);
+    add({{"id", "b"}, {"seconds", 2}, {"text", "Too loud"}, {"author", "Ben"}, {"resolved", true}});
+    add({{"id", "a"},
+         {"seconds", 1.52},
+         {"text", "Logo"},
+         {"author", "Ana"},
+         {"replies", {{{"id", "r"}, {"text", "yes"}}}}});
+    add({{"id", "c"}, {"seconds", 1}, {"sequenceId", "other"}});
+    auto const content = readWindowContent(store);
+    EXPECT_EQ("Reel 1", content.sequence);
+    EXPECT_EQ("2 comments, 1 resolved", content.summary);
+    EXPECT_EQ((std::vector<WindowContent::CommentRow>{{"01:00:01:13", "Ana", "Logo", false, false},
+                                                      {"01:00:01:13", "", "yes", true, false},
+                                                      {"01:00:02:00", "Ben", "Too loud", false, true}}),
+              content.comments);
+}
+
+TEST_F(WindowContentTest, ShowsClockTimesWithoutARate) {
+    add({{"id", "a"}, {"seconds", 3723.0416}});
+    auto const content = readWindowContent(store);
+    EXPECT_EQ("01:02:03.042", content.comments.at(0).time);
+    EXPECT_EQ("1 comment, 0 resolved", content.summary);
+    EXPECT_EQ("Comments without a sequence", content.sequence);
+}
+
+TEST_F(WindowContentTest, ShowsTheNewestExportsFirst) {
+    auto const first = store.exports.begin(std::nullopt, "csv");
+    store.exports.finish(first, ExportState::Done, "/films/a.csv", "");
+    auto const second = store.exports.begin(std::nullopt, "csv");
+    store.exports.finish(second, ExportState::Failed, "", "no space left");
+    auto const third = store.exports.begin(std::nullopt, "csv");
+    store.exports.finish(third, ExportState::Cancelled, "", "");
+    std::ignore = store.exports.begin(std::nullopt, "csv");
+    auto texts = std::string{};
+    for (auto const& row : readWindowContent(store).exports) {
+        texts += row.text + "|";
+        EXPECT_EQ(5U, row.time.size());
+    }
+    EXPECT_EQ("Exporting ...|Cancelled|Failed: no space left|/films/a.csv|", texts);
+}
+
+} // namespace workbench
