@@ -31,6 +31,14 @@ public:
         return {G_OBJECT(emitter), g_signal_connect(emitter, signal, callback, receiver)};
     }
 
+    // For a callback that needs no receiver: it takes the signal's arguments, then a pointer that is null.
+    template <typename Result, typename... Arguments>
+    [[nodiscard]] static GSignal connect(gpointer emitter, char const* signal,
+                                         Result (*callback)(Arguments...)) {
+        return {G_OBJECT(emitter),
+                g_signal_connect(emitter, signal, reinterpret_cast<GCallback>(callback), nullptr)};
+    }
+
     GSignal(GSignal&&) = default;
 
     GSignal& operator=(GSignal&& other) noexcept {

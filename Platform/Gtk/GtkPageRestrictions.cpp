@@ -2,48 +2,51 @@
 
 namespace fcp {
 
-GtkPageRestrictions::GtkPageRestrictions(WebKitWebView* view)
-    : restricted(view) {
-    using Self = GtkPageRestrictions;
-    connections.push_back(GSignal::connect<&Self::closeDialog>(view, "script-dialog", this));
-    connections.push_back(GSignal::connect<&Self::denyPermission>(view, "permission-request", this));
-    connections.push_back(GSignal::connect<&Self::cancelFileChooser>(view, "run-file-chooser", this));
-    connections.push_back(GSignal::connect<&Self::dropNotification>(view, "show-notification", this));
-    connections.push_back(GSignal::connect<&Self::dropPrinting>(view, "print", this));
-    connections.push_back(GSignal::connect<&Self::continueWithoutPassword>(view, "authenticate", this));
-    connections.push_back(GSignal::connect<&Self::cancelDownload>(webkit_web_view_get_network_session(view),
-                                                                  "download-started", this));
-}
+namespace {
 
-gboolean GtkPageRestrictions::closeDialog(WebKitWebView*, WebKitScriptDialog* dialog) {
+gboolean closeDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer) {
     // Every question is left unanswered, but a page has no say in whether the panel may leave it.
     if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM)
         webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
     return TRUE;
 }
 
-gboolean GtkPageRestrictions::denyPermission(WebKitWebView*, WebKitPermissionRequest* request) {
+gboolean denyPermission(WebKitWebView*, WebKitPermissionRequest* request, gpointer) {
     webkit_permission_request_deny(request);
     return TRUE;
 }
 
-gboolean GtkPageRestrictions::cancelFileChooser(WebKitWebView*, WebKitFileChooserRequest* request) {
+gboolean cancelFileChooser(WebKitWebView*, WebKitFileChooserRequest* request, gpointer) {
     webkit_file_chooser_request_cancel(request);
     return TRUE;
 }
 
-gboolean GtkPageRestrictions::dropNotification(WebKitWebView*, WebKitNotification*) {
+gboolean dropNotification(WebKitWebView*, WebKitNotification*, gpointer) {
     return TRUE;
 }
 
-gboolean GtkPageRestrictions::dropPrinting(WebKitWebView*, WebKitPrintOperation*) {
+gboolean dropPrinting(WebKitWebView*, WebKitPrintOperation*, gpointer) {
     return TRUE;
 }
 
-gboolean GtkPageRestrictions::continueWithoutPassword(WebKitWebView*, WebKitAuthenticationRequest* request) {
+gboolean continueWithoutPassword(WebKitWebView*, WebKitAuthenticationRequest* request, gpointer) {
     // Without a credential the server's own refusal page is shown; cancelling would fail the load.
     webkit_authentication_request_authenticate(request, nullptr);
     return TRUE;
+}
+
+} // namespace
+
+GtkPageRestrictions::GtkPageRestrictions(WebKitWebView* view)
+    : restricted(view) {
+    connections.push_back(GSignal::connect(view, "script-dialog", closeDialog));
+    connections.push_back(GSignal::connect(view, "permission-request", denyPermission));
+    connections.push_back(GSignal::connect(view, "run-file-chooser", cancelFileChooser));
+    connections.push_back(GSignal::connect(view, "show-notification", dropNotification));
+    connections.push_back(GSignal::connect(view, "print", dropPrinting));
+    connections.push_back(GSignal::connect(view, "authenticate", continueWithoutPassword));
+    connections.push_back(GSignal::connect<&GtkPageRestrictions::cancelDownload>(
+        webkit_web_view_get_network_session(view), "download-started", this));
 }
 
 void GtkPageRestrictions::cancelDownload(WebKitNetworkSession*, WebKitDownload* download) {

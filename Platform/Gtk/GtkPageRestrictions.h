@@ -20,12 +20,6 @@ public:
     GtkPageRestrictions& operator=(GtkPageRestrictions const&) = delete;
 
 private:
-    gboolean closeDialog(WebKitWebView* emitter, WebKitScriptDialog* dialog);
-    gboolean denyPermission(WebKitWebView* emitter, WebKitPermissionRequest* request);
-    gboolean cancelFileChooser(WebKitWebView* emitter, WebKitFileChooserRequest* request);
-    gboolean dropNotification(WebKitWebView* emitter, WebKitNotification* notification);
-    gboolean dropPrinting(WebKitWebView* emitter, WebKitPrintOperation* operation);
-    gboolean continueWithoutPassword(WebKitWebView* emitter, WebKitAuthenticationRequest* request);
     void cancelDownload(WebKitNetworkSession* emitter, WebKitDownload* download);
 
     // Borrowed and only compared: the network session serves other web views of the process as well.

@@ -94,11 +94,11 @@ INSTANTIATE_TEST_SUITE_P(
     rowName);
 
 TEST_F(MessageBody, KeepsSecondsAndThresholdThatAreNotFinite) {
-    auto const body = bodyOf("{seconds: NaN, threshold: -Infinity, other: Infinity}");
-    ASSERT_TRUE(body);
-    EXPECT_TRUE(std::isnan((*body)["seconds"].get<double>()));
-    EXPECT_EQ((*body)["threshold"], -INFINITY);
-    EXPECT_EQ((*body)["other"], nullptr);
+    auto const body = bodyOf("{seconds: NaN, threshold: -Infinity, other: Infinity}").value_or(Json());
+    ASSERT_TRUE(body.is_object());
+    EXPECT_TRUE(std::isnan(body.at("seconds").get<double>()));
+    EXPECT_EQ(body.at("threshold"), -INFINITY);
+    EXPECT_EQ(body.at("other"), nullptr);
 }
 
 TEST_F(MessageBody, KeepsAnInfiniteNumberAtTheTopAlone) {
@@ -171,9 +171,8 @@ class UrlTable : public testing::TestWithParam<UrlRow> {};
 
 TEST_P(UrlTable, KeepsItsTextAndFindsItsHost) {
     auto const url = GLibUrlParser().parse(GetParam().text);
-    ASSERT_TRUE(url);
-    EXPECT_EQ(url->absoluteString, GetParam().text);
-    EXPECT_EQ(url->host, GetParam().host);
+    EXPECT_EQ(url.value_or(Url{}).absoluteString, GetParam().text);
+    EXPECT_EQ(url.value_or(Url{}).host, GetParam().host);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -209,14 +208,13 @@ TEST(Url, NeedsAScheme) {
 TEST(Url, OfTheEngineIsNoneWhenEmpty) {
     EXPECT_FALSE(urlFromEngine(nullptr));
     EXPECT_FALSE(urlFromEngine(""));
-    EXPECT_EQ(urlFromEngine("http://localhost/")->host, "localhost");
+    EXPECT_EQ(urlFromEngine("http://localhost/").value_or(Url{}).host, "localhost");
 }
 
 TEST(Url, OfTheEngineStaysAnAddressWhenItCannotBeRead) {
-    auto const url = urlFromEngine("http://localhost:99999999/");
-    ASSERT_TRUE(url);
-    EXPECT_EQ(url->absoluteString, "http://localhost:99999999/");
-    EXPECT_FALSE(url->host);
+    auto const url = urlFromEngine("http://localhost:99999999/").value_or(Url{"", "none"});
+    EXPECT_EQ(url.absoluteString, "http://localhost:99999999/");
+    EXPECT_FALSE(url.host);
 }
 
 TEST(LoadFailure, HasAnEmptyDomainForAnErrorOfNone) {

@@ -139,7 +139,7 @@ TEST_F(GtkMessages, AreDroppedWhenNestedTooDeep) {
                                  "for (const n of [512, 513, 5000]) post(nest(n))");
     ASSERT_EQ(bodies.size(), 1U);
     int levels = 0;
-    for (auto const* at = &bodies[0]; at->is_object(); at = &at->at("a"))
+    for (auto const* at = bodies.data(); at->is_object(); at = &at->at("a"))
         ++levels;
     EXPECT_EQ(levels, 512);
 }

@@ -302,7 +302,7 @@ TEST_F(GtkNavigation, StaysOnThePageWhenALinkIsTurnedDown) {
     delegate->unwanted = {"127.0.0.1"};
     EXPECT_EQ(run("document.getElementById('a').click()"), "");
     ASSERT_TRUE(waitUntilAsked("http://127.0.0.1/elsewhere"));
-    EXPECT_EQ(webView->url()->absoluteString, server.url("/page"));
+    EXPECT_EQ(address(), server.url("/page"));
     EXPECT_EQ(reportsUpToTheNextPage(), (Lines{"finished", "finished"}));
 }
 
@@ -330,7 +330,7 @@ TEST_F(GtkNavigation, ShowsAnInlinePageUnderTheEmptyAddress) {
     ASSERT_TRUE(waitForMessages(1));
     EXPECT_EQ(handler->bodies.front(), Json({{"href", "about:blank"}}));
     EXPECT_EQ(delegate->asked, Lines{"about:blank"});
-    EXPECT_EQ(webView->url()->absoluteString, "about:blank");
+    EXPECT_EQ(address(), "about:blank");
     EXPECT_EQ(reportsUpToTheNextPage(), (Lines{"finished", "finished"}));
 }
 
@@ -394,7 +394,7 @@ TEST_F(GtkNavigation, AsksForJumpsWithinThePageAndReportsNothing) {
     loadPage("/page", "page");
     EXPECT_EQ(run("location.hash = 'x'; history.pushState({}, '', '/pushed'); undefined"), "");
     ASSERT_TRUE(waitUntilAsked(server.url("/page#x")));
-    EXPECT_EQ(webView->url()->absoluteString, server.url("/pushed"));
+    EXPECT_EQ(address(), server.url("/pushed"));
     EXPECT_EQ(delegate->asked, (Lines{server.url("/page"), server.url("/page#x")}));
     EXPECT_EQ(reportsUpToTheNextPage(), (Lines{"finished", "finished"}));
 }
@@ -414,7 +414,7 @@ TEST_F(GtkNavigation, ReportsAPageThatThePageGoesTo) {
     EXPECT_EQ(run("location.replace('/ok?replaced')"), "");
     ASSERT_TRUE(waitForReports(2));
     EXPECT_EQ(delegate->reports, (Lines{"finished", "finished"}));
-    EXPECT_EQ(webView->url()->absoluteString, server.url("/ok?replaced"));
+    EXPECT_EQ(address(), server.url("/ok?replaced"));
 }
 
 TEST_F(GtkNavigation, HasNoAddressBeforeTheFirstLoad) {
@@ -426,7 +426,7 @@ TEST_F(GtkNavigation, LoadsWithoutADelegate) {
     server.answer("/page", pageAnswer("<script>webkit.messageHandlers.fcpBridge.postMessage({})</script>"));
     load(server.url("/page"));
     EXPECT_TRUE(waitForMessages(1));
-    EXPECT_FALSE(std::dynamic_pointer_cast<WebView>(webView)->markInspectable());
+    EXPECT_FALSE(webView->markInspectable());
 }
 
 } // namespace

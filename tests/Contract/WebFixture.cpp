@@ -114,6 +114,10 @@ std::string WebFixture::run(std::string const& script) {
     return text;
 }
 
+std::string WebFixture::address() const {
+    return webView->url().value_or(Url{}).absoluteString;
+}
+
 std::vector<std::string> WebFixture::reportsUpToTheNextPage() {
     auto const known = static_cast<std::ptrdiff_t>(delegate->reports.size());
     load(server.url("/ok?next"));
@@ -121,7 +125,7 @@ std::vector<std::string> WebFixture::reportsUpToTheNextPage() {
         auto const& reports = delegate->reports;
         return std::find(reports.begin() + known, reports.end(), "finished") != reports.end();
     }));
-    EXPECT_EQ(webView->url().value_or(Url{}).absoluteString, server.url("/ok?next"));
+    EXPECT_EQ(address(), server.url("/ok?next"));
     return delegate->reports;
 }
 

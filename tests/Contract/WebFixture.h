@@ -69,6 +69,9 @@ protected:
     // Runs a script and waits for its end; its error, or "".
     std::string run(std::string const& script);
 
+    // The address of the page shown, or "".
+    [[nodiscard]] std::string address() const;
+
     // Loads one more page, which must finish: whatever the load before still had to say has been said by
     // then.
     [[nodiscard]] std::vector<std::string> reportsUpToTheNextPage();
