@@ -16,6 +16,7 @@ namespace {
 
 constexpr int StillSeconds = 10;
 constexpr auto Unreadable = "it is no media file, or a damaged one";
+constexpr auto Undecodable = "it is damaged: its first picture cannot be decoded";
 
 using Opening = std::variant<OpenedFile, std::string>;
 
@@ -71,6 +72,15 @@ void shapeAs(Mlt::Profile& profile, Mlt::Producer& producer) {
     profile.set_height(std::max(profile.height() & ~1, 2));
 }
 
+// The engine also plays what it cannot decode, with a picture of its own.
+bool showsItsPicture(Mlt::Profile const& profile, Mlt::Producer& producer) {
+    std::unique_ptr<Mlt::Frame> const frame{producer.get_frame()};
+    auto format = mlt_image_yuv420p;
+    auto width = profile.width();
+    auto height = profile.height();
+    return frame && frame->get_image(format, width, height) && frame->get_int("test_image") == 0;
+}
+
 SequenceFacts factsOf(std::filesystem::path const& path) {
     auto const uri = Glib::filename_to_uri(path.string());
     return {.key = uri,
@@ -100,6 +110,8 @@ Opening openClip(std::filesystem::path const& path) {
     auto producer = std::make_unique<Mlt::Producer>(*profile, path.c_str());
     if (!isMedia(*producer) || producer->get_playtime() <= 0)
         return Unreadable;
+    if (facts.hasPicture && !showsItsPicture(*profile, *producer))
+        return Undecodable;
     if (isStill) {
         auto const length = StillSeconds * profile->frame_rate_num() / profile->frame_rate_den();
         producer->set("length", length);

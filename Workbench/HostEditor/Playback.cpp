@@ -108,7 +108,10 @@ Picture Playback::pictureOf(Mlt::Frame& frame) {
     if (!data || format != mlt_image_yuv420p || size.width <= 0 || size.height <= 0)
         return {};
     auto const aspect = aspectOf(frame, size, sequence.facts().displayAspect);
-    PlanarImage const image{data, size, sequence.profile().colorspace(), frame.get_int("full_range") != 0};
+    // Where nothing converts, a picture keeps the colours of its file, not those of the sequence.
+    auto const ofFrame = frame.get_int("colorspace");
+    auto const colours = ofFrame > 0 ? ofFrame : sequence.profile().colorspace();
+    PlanarImage const image{data, size, colours, frame.get_int("full_range") != 0};
     std::lock_guard const lock{converting};
     auto const limit = std::min(heightLimit, size.height);
     return converter.convert(image, previewSize(aspect, area, limit), aspect);

@@ -15,6 +15,13 @@ bool runCommand(std::string const& command) {
     return std::system(command.c_str()) == 0;
 }
 
+std::string noise(std::size_t size) {
+    std::string bytes;
+    for (std::size_t index = 0; index < size; ++index)
+        bytes += static_cast<char>(index * 7919 >> 4);
+    return bytes;
+}
+
 std::filesystem::path makeMedia(std::filesystem::path const& file, std::string const& arguments) {
     if (!runCommand("ffmpeg -hide_banner -loglevel error -nostdin -y " + arguments + " '" + file.string() +
                     "'"))

@@ -3,6 +3,7 @@
 #include "Workbench/HostEditor/Picture.h"
 #include "Workbench/HostEditor/TimeToFrame.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -19,6 +20,9 @@ std::filesystem::path makeClip(std::filesystem::path const& file, FrameRate rate
 
 // The number on such a picture; none when a field is neither dark nor bright.
 std::optional<std::int64_t> numberOn(Picture const& picture);
+
+// Bytes that mean nothing to anybody, always the same.
+std::string noise(std::size_t size);
 
 // What ffmpeg makes of these arguments.
 std::filesystem::path makeMedia(std::filesystem::path const& file, std::string const& arguments);

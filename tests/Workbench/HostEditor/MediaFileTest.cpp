@@ -1,8 +1,8 @@
 #include "Workbench/HostEditor/MediaFile.h"
 
 #include "Workbench/HostEditor/Clips.h"
-#include "Workbench/HostEditor/MediaEngine.h"
 #include "Workbench/HostEditor/ProjectFile.h"
+#include "Workbench/HostEditor/StartEngine.h"
 #include "Workbench/HostEditor/TemporaryFolder.h"
 
 #include <glibmm.h>
@@ -21,16 +21,12 @@ std::string uriOf(std::filesystem::path const& file) {
 class MediaFile : public testing::Test {
 protected:
     static void SetUpTestSuite() {
-        Glib::init();
-        engine = std::make_unique<MediaEngine>();
+        startEngine();
         media = std::make_unique<TemporaryFolder>();
         makeClip(media->path / "clip.mp4", {30000, 1001}, 45);
     }
 
-    static void TearDownTestSuite() {
-        media.reset();
-        engine.reset();
-    }
+    static void TearDownTestSuite() { media.reset(); }
 
     static OpenedFile opened(std::filesystem::path const& file) {
         auto result = openMediaFile(file);
@@ -49,7 +45,6 @@ protected:
 
     static std::filesystem::path clip() { return media->path / "clip.mp4"; }
 
-    static inline std::unique_ptr<MediaEngine> engine;
     static inline std::unique_ptr<TemporaryFolder> media;
 };
 
@@ -123,10 +118,7 @@ TEST_F(MediaFile, RefusesWhatIsNoMediaWithAReason) {
     EXPECT_EQ(refusal(media->path), "it is a folder");
     EXPECT_EQ(refusal(media->write("notes.txt", "Hello\n")), "it is a text file");
     EXPECT_EQ(refusal(media->write("text.mp4", "Hello\n")), "it is a text file");
-    std::string noise;
-    for (int index = 0; index < 20'000; ++index)
-        noise += static_cast<char>(index * 7919 >> 4);
-    EXPECT_EQ(refusal(media->write("noise.mp4", noise)), "it is no media file, or a damaged one");
+    EXPECT_EQ(refusal(media->write("noise.mp4", noise(20'000))), "it is no media file, or a damaged one");
 }
 
 TEST_F(MediaFile, RefusesAFilmThatWasCutShort) {
@@ -138,6 +130,16 @@ TEST_F(MediaFile, RefusesAFilmThatWasCutShort) {
         std::filesystem::resize_file(cut, std::filesystem::file_size(whole) / 2);
         EXPECT_EQ(refusal(cut).rfind("the file is cut short: it holds ", 0), 0U) << refusal(cut);
     }
+}
+
+TEST_F(MediaFile, RefusesAFilmWhosePicturesAreDamaged) {
+    auto const faststart =
+        makeMedia(media->path / "head.mp4", "-i '" + clip().string() + "' -c copy -movflags +faststart");
+    std::ifstream stream{faststart, std::ios::binary};
+    std::string bytes{std::istreambuf_iterator<char>{stream}, {}};
+    auto const pictures = bytes.find("mdat") + 4;
+    bytes.replace(pictures, std::string::npos, noise(bytes.size() - pictures));
+    EXPECT_EQ(refusal(media->write("head.mp4", bytes)), "it is damaged: its first picture cannot be decoded");
 }
 
 std::string plainProject(std::string const& resource) {

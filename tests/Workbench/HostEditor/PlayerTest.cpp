@@ -1,8 +1,8 @@
 #include "Workbench/HostEditor/Player.h"
 
 #include "Workbench/HostEditor/Clips.h"
-#include "Workbench/HostEditor/MediaEngine.h"
 #include "Workbench/HostEditor/MediaFile.h"
+#include "Workbench/HostEditor/StartEngine.h"
 #include "Workbench/HostEditor/TemporaryFolder.h"
 #include "Workbench/HostEditor/WaitUntil.h"
 
@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <mlt++/Mlt.h>
 
+#include <array>
 #include <type_traits>
 
 namespace workbench {
@@ -25,20 +26,66 @@ struct Seen {
     friend bool operator==(Seen const&, Seen const&) = default;
 };
 
+// Without a rate: what is shown of any file.
+class PlayerOnAnything : public testing::Test {
+protected:
+    // Blue, green and red in the middle of the first picture.
+    std::array<int, 3> colourOf(std::string const& name, std::string const& arguments) {
+        startEngine();
+        TemporaryFolder const folder;
+        auto result = openMediaFile(makeMedia(folder.path / name, arguments));
+        auto const sequence = std::move(std::get<OpenedFile>(result).sequences.at(0));
+        Player player;
+        Picture picture;
+        player.signalShown().connect([&](ShownFrame const& shown) { picture = shown.picture; });
+        EXPECT_TRUE(player.open(*sequence));
+        EXPECT_TRUE(waitUntil([&] { return static_cast<bool>(picture); }));
+        player.close();
+        gsize size = 0;
+        auto const* const bytes = static_cast<std::uint8_t const*>(picture.pixels->get_data(size));
+        auto const* const middle = bytes + size / 2 + picture.size.width * 2;
+        return {middle[0], middle[1], middle[2]};
+    }
+
+    static void expectOrange(std::array<int, 3> const& colour) {
+        EXPECT_NEAR(colour[0], 0x20, 6);
+        EXPECT_NEAR(colour[1], 0x80, 6);
+        EXPECT_NEAR(colour[2], 0xe0, 6);
+    }
+};
+
+TEST_F(PlayerOnAnything, KeepsTheColoursOfHighDefinition) {
+    expectOrange(colourOf(
+        "hd.mp4", "-f lavfi -i color=0xe08020:s=1280x720:r=25 -frames:v 3 "
+                  "-vf scale=out_color_matrix=bt709 -colorspace bt709 -c:v libx264 -pix_fmt yuv420p"));
+}
+
+TEST_F(PlayerOnAnything, KeepsTheColoursOfStandardDefinition) {
+    expectOrange(colourOf("sd.mp4", "-f lavfi -i color=0xe08020:s=720x576:r=25 -frames:v 3 "
+                                    "-vf scale=out_color_matrix=bt601 -c:v libx264 -pix_fmt yuv420p"));
+}
+
+TEST_F(PlayerOnAnything, KeepsTheColoursOfFullRange) {
+    expectOrange(colourOf("full.mp4", "-f lavfi -i color=0xe08020:s=1280x720:r=25 -frames:v 3 "
+                                      "-vf scale=out_color_matrix=bt709:out_range=full -colorspace bt709 "
+                                      "-color_range pc -c:v libx264 -pix_fmt yuv420p"));
+}
+
+TEST_F(PlayerOnAnything, KeepsTheColoursOfAStill) {
+    expectOrange(colourOf("still.png", "-f lavfi -i color=0xe08020:s=640x360 -frames:v 1"));
+    expectOrange(colourOf("still.jpg", "-f lavfi -i color=0xe08020:s=640x360 -frames:v 1 -q:v 1"));
+}
+
 class PlayerOnFilm : public testing::TestWithParam<FrameRate> {
 protected:
     static constexpr int Frames = 90;
 
     static void SetUpTestSuite() {
-        Glib::init();
-        engine = std::make_unique<MediaEngine>();
+        startEngine();
         media = std::make_unique<TemporaryFolder>();
     }
 
-    static void TearDownTestSuite() {
-        media.reset();
-        engine.reset();
-    }
+    static void TearDownTestSuite() { media.reset(); }
 
     void SetUp() override {
         sequence = open("film", GetParam());
@@ -62,7 +109,6 @@ protected:
         return waitUntil([this, frame] { return !seen.empty() && seen.back().frame == frame; });
     }
 
-    static inline std::unique_ptr<MediaEngine> engine;
     static inline std::unique_ptr<TemporaryFolder> media;
     std::unique_ptr<Sequence> sequence;
     Player player;

@@ -195,13 +195,13 @@ TEST_F(Program, MovesThePlayheadWhereThePanelAsks) {
 }
 
 TEST_F(Program, GoesOnWithTheFilesThatCanBeOpened) {
-    auto const noise = media->write("noise.mp4", std::string(5000, '\x07') + std::string(5000, '\xfe'));
-    RunningProgram program{quiet({"/nowhere/a.mp4", noise.string(), film()})};
+    auto const damaged = media->write("noise.mp4", noise(20'000));
+    RunningProgram program{quiet({"/nowhere/a.mp4", damaged.string(), film()})};
     EXPECT_TRUE(program.waitFor("panel: begins with film.mp4")) << program.output();
     endCleanly(program);
     EXPECT_EQ(program.linesWith("cannot open"),
               (std::vector<std::string>{"zelvix-workbench: cannot open /nowhere/a.mp4: there is no such file",
-                                        "zelvix-workbench: cannot open " + noise.string() +
+                                        "zelvix-workbench: cannot open " + damaged.string() +
                                             ": it is no media file, or a damaged one"}));
 }
 
