@@ -11,7 +11,7 @@ namespace {
 bool isFinite(Json const& value) {
     if (value.is_number_float())
         return std::isfinite(value.get_ref<double const&>());
-    return !value.is_structured() || std::all_of(value.begin(), value.end(), isFinite);
+    return !value.is_structured() || std::ranges::all_of(value, isFinite);
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstdio>
 #include <string_view>
+#include <utility>
 
 namespace fcp {
 
@@ -37,11 +38,14 @@ std::optional<std::string> string(Json const& body, char const* key) {
 }
 
 bool isArrayOfObjects(Json const& value) {
-    return value.is_array() &&
-           std::all_of(value.begin(), value.end(), [](Json const& item) { return item.is_object(); });
+    return value.is_array() && std::ranges::all_of(value, [](Json const& item) { return item.is_object(); });
 }
 
 std::optional<Json> toJson(bool value) {
+    return value;
+}
+
+std::optional<Json> toJson(std::optional<Json> const& value) {
     return value;
 }
 
@@ -52,7 +56,7 @@ std::optional<Json> toJson(std::optional<T> const& value) {
 
 // One line, whatever the error's text holds, and at once: a reader of the process's output follows it live.
 void printEvaluationError(std::string const& event, std::string error) {
-    std::replace_if(error.begin(), error.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    std::ranges::replace_if(error, [](char c) { return c == '\n' || c == '\r'; }, ' ');
     std::printf("[Zelvix] evaluateJavaScript error for %s: %s\n", event.c_str(), error.c_str());
     std::fflush(stdout);
 }
@@ -127,8 +131,8 @@ MessageHandler::Command MessageHandler::commandNamed(std::string const& name) {
         {"openURL", &MessageHandler::handleOpenURL},
         {"isFCPRunning", &MessageHandler::handleIsFCPRunning},
     }};
-    auto const* const found = std::find_if(commands.begin(), commands.end(),
-                                           [&name](auto const& command) { return command.first == name; });
+    auto const* const found =
+        std::ranges::find_if(commands, [&name](auto const& command) { return command.first == name; });
     return found == commands.end() ? &MessageHandler::handleUnknown : found->second;
 }
 
@@ -279,7 +283,8 @@ template <typename T>
 void MessageHandler::start(std::shared_ptr<ContainerBridge> const& bridge, char const* label,
                            Operation<T> const& operation, std::function<void(Outcome<T> const&)> done) {
     auto const returned = std::make_shared<bool>(false);
-    operation(*bridge, Completion<T>(label, [bridge, returned, done, loop = &mainLoop](Outcome<T> outcome) {
+    operation(*bridge, Completion<T>(label, [bridge, returned, done = std::move(done),
+                                             loop = &mainLoop](Outcome<T> outcome) {
         if (*returned)
             return done(outcome);
         // The bridge completed inside the call: nobody expects an answer before the call has returned.

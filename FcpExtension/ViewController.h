@@ -35,7 +35,7 @@ public:
     // The retry button's action.
     void retryConnection();
 
-    void didFinish(WebView& view) override;
+    void didFinish(WebView& finished) override;
     void didFail(WebView& view, NavigationError const& error) override;
     void didFailProvisionalNavigation(WebView& view, NavigationError const& error) override;
     void decidePolicyFor(WebView& view, NavigationAction const& action,
