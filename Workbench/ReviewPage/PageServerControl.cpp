@@ -35,13 +35,11 @@ public:
     Service(PageServer& controlled, Glib::RefPtr<Gio::DBus::Connection> bus)
         : server(controlled)
         , connection(std::move(bus))
-        , vtable({}, sigc::mem_fun(*this, &Service::read), sigc::mem_fun(*this, &Service::write)) {
-        auto const description = Gio::DBus::NodeInfo::create_for_xml(Introspection);
-        registration = connection->register_object(ObjectPath, description->lookup_interface(), vtable);
+        , vtable({}, sigc::mem_fun(*this, &Service::read), sigc::mem_fun(*this, &Service::write))
+        , registration(connection->register_object(ObjectPath, description(), vtable))
         // A second workbench waits in the queue for the name; its own server found the port taken anyway.
-        ownership = g_bus_own_name_on_connection(connection->gobj(), BusName, G_BUS_NAME_OWNER_FLAGS_NONE,
-                                                 nullptr, nullptr, nullptr, nullptr);
-    }
+        , ownership(g_bus_own_name_on_connection(connection->gobj(), BusName, G_BUS_NAME_OWNER_FLAGS_NONE,
+                                                 nullptr, nullptr, nullptr, nullptr)) {}
 
     ~Service() {
         g_bus_unown_name(ownership);
@@ -52,6 +50,10 @@ public:
     Service& operator=(Service const&) = delete;
 
 private:
+    static Glib::RefPtr<Gio::DBus::InterfaceInfo> description() {
+        return Gio::DBus::NodeInfo::create_for_xml(Introspection)->lookup_interface();
+    }
+
     void read(Glib::VariantBase& value, Glib::RefPtr<Gio::DBus::Connection> const&, Glib::ustring const&,
               Glib::ustring const&, Glib::ustring const&, Glib::ustring const&) {
         value = Glib::Variant<bool>::create(server.isServing());
@@ -71,8 +73,8 @@ private:
     PageServer& server;
     Glib::RefPtr<Gio::DBus::Connection> connection;
     Gio::DBus::InterfaceVTable vtable;
-    guint registration = 0;
-    guint ownership = 0;
+    guint registration;
+    guint ownership;
 };
 
 PageServerControl::PageServerControl(PageServer& server) {

@@ -35,7 +35,7 @@ public:
                                      Glib::Variant<Glib::ustring>::create("Served"), boxed}))};
     }
 
-    std::string lastError;
+    [[nodiscard]] std::string const& lastError() const { return complaint; }
 
 private:
     static constexpr auto Interface = "com.zelvix.fcp.ReviewPage1";
@@ -52,11 +52,12 @@ private:
         try {
             return bus->call_finish(result);
         } catch (Glib::Error const& error) {
-            lastError = error.what();
+            complaint = error.what();
             return {};
         }
     }
 
+    std::string complaint;
     Glib::RefPtr<Gio::DBus::Connection> bus = Gio::DBus::Connection::get_sync(Gio::DBus::BusType::SESSION);
 };
 
@@ -92,8 +93,8 @@ TEST_F(PageServerControlTest, SaysWhyTheServerCannotStart) {
     PageServer intruder{server.port()};
     ASSERT_EQ(intruder.start(), std::nullopt);
     EXPECT_FALSE(outsider.setServed(true));
-    EXPECT_NE(outsider.lastError.find("is taken by another program"), std::string::npos)
-        << outsider.lastError;
+    EXPECT_NE(outsider.lastError().find("is taken by another program"), std::string::npos)
+        << outsider.lastError();
     EXPECT_EQ(outsider.served(), false);
 }
 

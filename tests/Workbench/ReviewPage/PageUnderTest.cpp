@@ -50,6 +50,19 @@ struct Pasting {
     }
 };
 
+bool waitFor(std::function<bool()> const& condition) {
+    auto const deadline = std::chrono::steady_clock::now() + Patience;
+    // Wakes the loop, so that a condition that nothing announces is looked at again.
+    auto const pulse = g_timeout_add(10, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
+    auto holds = condition();
+    while (!holds && std::chrono::steady_clock::now() < deadline) {
+        g_main_context_iteration(nullptr, TRUE);
+        holds = condition();
+    }
+    g_source_remove(pulse);
+    return holds;
+}
+
 std::string base64(std::string const& bytes) {
     fcp::GCharPtr const text{g_base64_encode(reinterpret_cast<guchar const*>(bytes.data()), bytes.size())};
     return text.get();
@@ -112,14 +125,26 @@ void PageUnderTest::addScript(char const* source) {
     webkit_user_content_manager_add_script(webkit_web_view_get_user_content_manager(view), script.get());
 }
 
+void PageUnderTest::reset() {
+    run("localStorage.clear();");
+    loadAddress("about:blank");
+    webkit_user_content_manager_remove_all_scripts(webkit_web_view_get_user_content_manager(view));
+    answers.clear();
+    posted.clear();
+}
+
 void PageUnderTest::load() {
+    loadAddress(server.pageURL());
+}
+
+void PageUnderTest::loadAddress(std::string const& address) {
     bool finished = false;
     auto const handler = g_signal_connect(
         view, "load-changed", G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, gpointer flag) {
             *static_cast<bool*>(flag) |= event == WEBKIT_LOAD_FINISHED;
         }),
         &finished);
-    webkit_web_view_load_uri(view, server.pageURL().c_str());
+    webkit_web_view_load_uri(view, address.c_str());
     EXPECT_TRUE(waitFor([&] { return finished; }));
     g_signal_handler_disconnect(view, handler);
 }
@@ -185,7 +210,7 @@ std::vector<Json> PageUnderTest::messages(std::string const& command) const {
     return found;
 }
 
-bool PageUnderTest::hears(std::string const& command, std::size_t count) {
+bool PageUnderTest::hears(std::string const& command, std::size_t count) const {
     return waitFor([&] { return messages(command).size() >= count; }) && messages(command).size() == count;
 }
 
@@ -198,19 +223,6 @@ void PageUnderTest::received(WebKitUserContentManager*, JSCValue* value, gpointe
         return;
     if (auto const answer = found->second(message))
         self->resolve(message, *answer);
-}
-
-bool PageUnderTest::waitFor(std::function<bool()> const& condition) {
-    auto const deadline = std::chrono::steady_clock::now() + Patience;
-    // Wakes the loop, so that a condition that nothing announces is looked at again.
-    auto const pulse = g_timeout_add(10, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
-    auto holds = condition();
-    while (!holds && std::chrono::steady_clock::now() < deadline) {
-        g_main_context_iteration(nullptr, TRUE);
-        holds = condition();
-    }
-    g_source_remove(pulse);
-    return holds;
 }
 
 } // namespace workbench

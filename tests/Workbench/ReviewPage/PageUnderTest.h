@@ -38,6 +38,10 @@ public:
     // Runs in every document before its own scripts.
     void addScript(char const* source);
 
+    // As new again, but in the same engine process, which takes a while to start: no document, no answers, no
+    // scripts, no messages, nothing stored.
+    void reset();
+
     // Loads, or loads again; returns when the page's scripts have run.
     void load();
 
@@ -67,11 +71,11 @@ public:
     [[nodiscard]] std::vector<Json> messages(std::string const& command) const;
 
     // Whether `count` messages of that command have come within 20 s.
-    [[nodiscard]] bool hears(std::string const& command, std::size_t count);
+    [[nodiscard]] bool hears(std::string const& command, std::size_t count) const;
 
 private:
-    static void received(WebKitUserContentManager* manager, JSCValue* value, gpointer self);
-    [[nodiscard]] bool waitFor(std::function<bool()> const& condition);
+    void loadAddress(std::string const& address);
+    static void received(WebKitUserContentManager* manager, JSCValue* value, gpointer data);
 
     PageServer server{0};
     GtkWindow* window;

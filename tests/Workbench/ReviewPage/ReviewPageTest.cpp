@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 namespace workbench {
 namespace {
 
@@ -12,6 +14,10 @@ Json const Sequence = {
 // A page in the panel, with a host and a container that agree to everything.
 class ReviewPageTest : public ::testing::Test {
 protected:
+    static void SetUpTestSuite() { shared = std::make_unique<PageUnderTest>(); }
+
+    static void TearDownTestSuite() { shared.reset(); }
+
     ReviewPageTest() {
         page.answer("getTimeline", Sequence);
         page.answer("getPlayhead", 1.5);
@@ -19,6 +25,8 @@ protected:
              {"seekTo", "syncComment", "deleteComment", "syncAllComments", "startExport"})
             page.answer(command, true);
     }
+
+    ~ReviewPageTest() override { page.reset(); }
 
     void open() {
         page.load();
@@ -35,7 +43,8 @@ protected:
                                ")?.textContent === " + Json(text).dump());
     }
 
-    PageUnderTest page;
+    inline static std::unique_ptr<PageUnderTest> shared;
+    PageUnderTest& page = *shared;
 };
 
 constexpr auto State = "#comments > li [data-part=state]";
@@ -227,8 +236,8 @@ TEST_F(ReviewPageTest, DeletesACommentThatIsStillOnItsWay) {
 
 TEST_F(ReviewPageTest, KeepsTheKeyboardInTheListWhenACommentGoes) {
     open();
-    for (double second = 1; second <= 3; ++second)
-        page.addComment("comment " + std::to_string(static_cast<int>(second)), second);
+    for (int second = 1; second <= 3; ++second)
+        page.addComment("comment " + std::to_string(second), second);
     ASSERT_TRUE(page.hears("syncComment", 3));
     page.run("document.querySelectorAll('[data-part=remove]')[1].focus();");
     page.click("#comments > li:nth-child(2) [data-part=remove]");
