@@ -32,7 +32,7 @@ bool DeadlineHeap::later(Entry const& a, Entry const& b) {
 
 void DeadlineHeap::after(Seconds delay, std::function<void()> task) {
     entries.push_back({g_get_monotonic_time() + microseconds(delay), nextNumber++, std::move(task)});
-    std::push_heap(entries.begin(), entries.end(), later);
+    std::ranges::push_heap(entries, later);
     waitForEarliest();
 }
 
@@ -56,7 +56,7 @@ void DeadlineHeap::runTurn() {
 }
 
 DeadlineHeap::Entry DeadlineHeap::takeEarliest() {
-    std::pop_heap(entries.begin(), entries.end(), later);
+    std::ranges::pop_heap(entries, later);
     auto earliest = std::move(entries.back());
     entries.pop_back();
     return earliest;

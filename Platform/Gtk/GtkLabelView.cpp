@@ -19,7 +19,7 @@ GtkWidget* makeLabel(LabelContent const& content, Stylesheet& styles) {
         gtk_label_set_wrap_mode(label, PANGO_WRAP_WORD);
         gtk_label_set_lines(label, content.maximumNumberOfLines);
     }
-    styles.addKind(widget, "label");
+    Stylesheet::addKind(widget, "label");
     styles.addLook(widget, cssFont(content.font) + cssColor(content.color));
     return widget;
 }

@@ -23,9 +23,9 @@ GtkWidget* makeBox(AccessibleRole role) {
                       role == AccessibleRole::Alert ? GTK_ACCESSIBLE_ROLE_ALERT : GTK_ACCESSIBLE_ROLE_GROUP);
 }
 
-GtkWidget* makeSpinner(Stylesheet const& styles) {
+GtkWidget* makeSpinner() {
     auto* const spinner = makeWidget(GTK_TYPE_SPINNER, GTK_ACCESSIBLE_ROLE_PROGRESS_BAR);
-    styles.addKind(spinner, "spinner");
+    Stylesheet::addKind(spinner, "spinner");
     gtk_spinner_start(GTK_SPINNER(spinner));
     return spinner;
 }
@@ -40,7 +40,7 @@ void deleteAction(gpointer action, GClosure*) {
 
 GtkWidget* makeButton(ButtonContent const& content, Stylesheet& styles) {
     auto* const button = gtk_button_new_with_label(content.title.c_str());
-    styles.addKind(button, "button");
+    Stylesheet::addKind(button, "button");
     styles.addLook(button, cssFont(content.font) + cssBackground(content.cellBackground));
     // The signal owns the action, and keeps it while it runs: it may take the button away.
     g_signal_connect_data(button, "clicked", G_CALLBACK(runAction), new Action(content.action), deleteAction,
@@ -49,9 +49,11 @@ GtkWidget* makeButton(ButtonContent const& content, Stylesheet& styles) {
 }
 
 // Makes the widget of each kind of content.
-struct ContentMaker {
-    ViewDescription const& description;
-    Stylesheet& styles;
+class ContentMaker {
+public:
+    ContentMaker(ViewDescription const& viewDescription, Stylesheet& sharedStyles)
+        : description(viewDescription)
+        , styles(sharedStyles) {}
 
     std::shared_ptr<GtkView> operator()(std::monostate) const {
         return view(makeBox(description.accessibleRole));
@@ -61,15 +63,19 @@ struct ContentMaker {
         return std::make_shared<GtkLabelView>(label, description.frame, description.autoresizing, styles);
     }
 
-    std::shared_ptr<GtkView> operator()(SpinnerContent const&) const { return view(makeSpinner(styles)); }
+    std::shared_ptr<GtkView> operator()(SpinnerContent const&) const { return view(makeSpinner()); }
 
     std::shared_ptr<GtkView> operator()(ButtonContent const& button) const {
         return view(makeButton(button, styles));
     }
 
+private:
     [[nodiscard]] std::shared_ptr<GtkView> view(GtkWidget* widget) const {
         return std::make_shared<GtkView>(widget, description.frame, description.autoresizing);
     }
+
+    ViewDescription const& description;
+    Stylesheet& styles;
 };
 
 } // namespace
@@ -86,7 +92,7 @@ GtkUserInterface::~GtkUserInterface() {
 }
 
 std::shared_ptr<View> GtkUserInterface::makeView(ViewDescription const& description) {
-    auto view = std::visit(ContentMaker{description, styles}, description.content);
+    auto view = std::visit(ContentMaker(description, styles), description.content);
     auto* const widget = view->widget();
     gtk_widget_set_overflow(widget, GTK_OVERFLOW_HIDDEN);
     gtk_widget_set_visible(widget, !description.hidden);

@@ -32,7 +32,7 @@ GtkWidget* Panel::make(PanelAdapters& adapters) {
 }
 
 Panel::Panel(GtkWidget* root, PanelAdapters& adapters)
-    : userInterface(root, adapters.styles)
+    : userInterface(root, adapters.stylesheet())
     , viewController(ViewController::create(adapters.platform(userInterface))) {}
 
 Panel::~Panel() = default;

@@ -8,7 +8,7 @@
 
 namespace fcp {
 
-struct PanelAdapters;
+class PanelAdapters;
 class ViewController;
 
 // One panel in a host's window: its native views and its view controller. It belongs to its root widget and

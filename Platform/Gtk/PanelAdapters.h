@@ -17,8 +17,8 @@ namespace fcp {
 
 // What all panels of a process share. A panel leaves tasks in the loop and observers in the notification
 // center, which find these adapters when the panel itself is long gone. Main thread only; GTK is initialised.
-struct PanelAdapters {
-    PanelAdapters() = default;
+class PanelAdapters {
+public:
     PanelAdapters(PanelAdapters const&) = delete;
     PanelAdapters& operator=(PanelAdapters const&) = delete;
 
@@ -27,6 +27,12 @@ struct PanelAdapters {
 
     // The ports of a panel with native views of its own.
     [[nodiscard]] Platform platform(UserInterface& userInterface);
+
+    [[nodiscard]] Stylesheet& stylesheet() { return styles; }
+
+private:
+    PanelAdapters() = default;
+    ~PanelAdapters() = default;
 
     PosixFileManager fileManager;
     DlHostRuntime hostRuntime;

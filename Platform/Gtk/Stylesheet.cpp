@@ -4,8 +4,8 @@ namespace fcp {
 
 namespace {
 
-// The panel is dark under every theme, so that nothing here is taken from the theme. The focus ring lies inside
-// the button, which touches the text above it.
+// The panel is dark under every theme, so that nothing here is taken from the theme. The focus ring lies
+// inside the button, which touches the text above it.
 constexpr char const* fixedSheet = R"(
 .fcp-label { margin: 0; padding: 0; min-width: 0; min-height: 0; }
 
@@ -36,7 +36,7 @@ Stylesheet::~Stylesheet() {
     gtk_style_context_remove_provider_for_display(display.get(), GTK_STYLE_PROVIDER(provider.get()));
 }
 
-void Stylesheet::addKind(GtkWidget* widget, char const* kind) const {
+void Stylesheet::addKind(GtkWidget* widget, char const* kind) {
     gtk_widget_add_css_class(widget, (std::string("fcp-") + kind).c_str());
 }
 
@@ -52,7 +52,7 @@ void Stylesheet::addLook(GtkWidget* widget, std::string const& declarations) {
 void Stylesheet::load() const {
     std::string sheet = fixedSheet;
     for (auto const& [declarations, name] : classes)
-        sheet += "." + name + " {" + declarations + "}\n";
+        sheet.append(".").append(name).append(" {").append(declarations).append("}\n");
     gtk_css_provider_load_from_data(provider.get(), sheet.c_str(), static_cast<gssize>(sheet.size()));
 }
 

@@ -21,7 +21,7 @@ public:
     Stylesheet& operator=(Stylesheet const&) = delete;
 
     // Gives `widget` what the fixed sheet says of `kind`: "label", "spinner" or "button".
-    void addKind(GtkWidget* widget, char const* kind) const;
+    static void addKind(GtkWidget* widget, char const* kind);
 
     // Gives `declarations` to `widget` alone, not to its children.
     void addLook(GtkWidget* widget, std::string const& declarations);
