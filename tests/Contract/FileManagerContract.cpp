@@ -38,7 +38,7 @@ public:
 
     ~PosixFiles() { fs::remove_all(folder); }
 
-    std::string make(std::string const& name) {
+    [[nodiscard]] std::string make(std::string const& name) const {
         std::ofstream(folder / name).put('x');
         return folder / name;
     }
@@ -56,14 +56,7 @@ protected:
 
 using AllFiles = testing::Types<FakeFiles, PosixFiles>;
 
-struct FileNames {
-    template <typename Files>
-    static std::string GetName(int) {
-        return std::is_same_v<Files, FakeFiles> ? "Fake" : "Posix";
-    }
-};
-
-TYPED_TEST_SUITE(FileManagerContract, AllFiles, FileNames);
+TYPED_TEST_SUITE(FileManagerContract, AllFiles);
 
 using PosixFileManagerTest = FileManagerContract<PosixFiles>;
 

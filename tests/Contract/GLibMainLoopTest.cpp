@@ -68,6 +68,7 @@ TEST_F(GLibMainLoopTest, PostsOfSeveralThreadsKeepTheOrderOfEach) {
     std::vector<std::vector<int>> ran(threads);
     std::atomic<int> total = 0;
     std::vector<std::jthread> posters;
+    posters.reserve(threads);
     for (int thread = 0; thread < threads; ++thread) {
         posters.emplace_back([&, thread] {
             for (int i = 0; i < count; ++i) {
@@ -80,7 +81,7 @@ TEST_F(GLibMainLoopTest, PostsOfSeveralThreadsKeepTheOrderOfEach) {
     }
     ASSERT_TRUE(waitFor([&] { return total == count * threads; }));
     for (auto const& one : ran)
-        EXPECT_TRUE(std::is_sorted(one.begin(), one.end()));
+        EXPECT_TRUE(std::ranges::is_sorted(one));
 }
 
 TEST_F(GLibMainLoopTest, AFloodOfPostsLeavesTurnsToOtherSources) {

@@ -14,16 +14,16 @@ namespace fs = std::filesystem;
 
 class GraphicsProcessorTest : public testing::Test {
 protected:
-    fs::path devices;
-
-    GraphicsProcessorTest() {
+    void SetUp() override {
         auto pattern = (fs::temp_directory_path() / "zelvix-devices.XXXXXX").string();
         devices = mkdtemp(pattern.data());
     }
 
-    ~GraphicsProcessorTest() override { fs::remove_all(devices); }
+    void TearDown() override { fs::remove_all(devices); }
 
     void add(std::string const& name) const { std::ofstream(devices / name).flush(); }
+
+    fs::path devices;
 };
 
 } // namespace

@@ -79,14 +79,7 @@ protected:
 
 using Loops = testing::Types<FakeHarness, GLibHarness>;
 
-struct LoopNames {
-    template <typename Harness>
-    static std::string GetName(int) {
-        return std::is_same_v<Harness, FakeHarness> ? "Fake" : "GLib";
-    }
-};
-
-TYPED_TEST_SUITE(MainLoopContract, Loops, LoopNames);
+TYPED_TEST_SUITE(MainLoopContract, Loops);
 
 } // namespace
 
@@ -156,7 +149,7 @@ TYPED_TEST(MainLoopContract, DeadlinesWithoutADelayKeepTheOrderOfTheCallsAndRunL
         this->loop.after(Seconds(0), [&ran, i] { ran.push_back(i); });
     EXPECT_TRUE(ran.empty());
     ASSERT_TRUE(this->waitFor([&] { return ran.size() == 1000; }));
-    EXPECT_TRUE(std::is_sorted(ran.begin(), ran.end()));
+    EXPECT_TRUE(std::ranges::is_sorted(ran));
 }
 
 TYPED_TEST(MainLoopContract, ADelayInThePastIsNone) {

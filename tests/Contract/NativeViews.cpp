@@ -78,7 +78,7 @@ NativeViews::NativeViews() {
     container->addSubview(errorOverlay);
 }
 
-NativeViews::~NativeViews() {
+void NativeViews::TearDown() {
     widgets.watch(root);
     gtk_window_destroy(GTK_WINDOW(window));
 }

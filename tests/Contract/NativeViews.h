@@ -55,7 +55,7 @@ class NativeViews : public testing::Test {
 protected:
     static void SetUpTestSuite();
     NativeViews();
-    ~NativeViews() override;
+    void TearDown() override;
 
     void showError() const;
 
