@@ -196,6 +196,10 @@ TEST_F(PanelLoading, RecoversByARetryAfterTheWebProcessWasKilled) {
     EXPECT_GT(killEngineProcesses(webProcess), 0U);
     ASSERT_TRUE(
         waitUntil([this] { return panel.journal.only({"error: The web process has ended"}).size() == 1; }));
+    // The engine keeps a process in reserve, which died too: it must have noticed before it hands that one out.
+    ASSERT_TRUE(waitUntil([] { return engineProcesses(webProcess).empty(); }));
+    while (Glib::MainContext::get_default()->iteration(false)) {
+    }
     testing::internal::CaptureStdout();
     panel.timeline().notifyPlayhead(3.0); // an event into a page that is gone
     panel.controller->retryConnection();
