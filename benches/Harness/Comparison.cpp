@@ -44,8 +44,8 @@ std::string Beside::text() const {
                      floorName.c_str(), decimals, median(floor), unit.c_str());
 }
 
-Comparison::Comparison(std::string const& measure, std::string unit, int decimals, Bound limit)
-    : figures(measure + ": ours", std::move(unit), decimals)
+Comparison::Comparison(std::string const& what, std::string unit, int decimals, Bound limit)
+    : figures(what + ": ours", std::move(unit), decimals)
     , bound(limit) {}
 
 void Comparison::add(double ours, double floor) {
@@ -58,7 +58,7 @@ void Comparison::addRemark(std::string const& text) {
 }
 
 std::string Comparison::line() const {
-    auto const [least, most] = std::minmax_element(ratios.begin(), ratios.end());
+    auto const [least, most] = std::ranges::minmax_element(ratios);
     auto const* const relation = bound.kind == Bound::Kind::AtLeast ? ">=" : "<=";
     return figures.text() +
            formatted(", ratio %.3f (%.3f..%.3f), bound %s %.2f: %s", ratio(), *least, *most, relation,

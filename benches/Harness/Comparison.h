@@ -10,7 +10,8 @@ namespace fcp::bench {
 // A figure that is printed beside a measure, and bound to nothing.
 class Beside {
 public:
-    Beside(std::string what, std::string unit, int decimals, std::string floorName = "floor");
+    Beside(std::string measure, std::string unitOfFigures, int decimalsOfFigures,
+           std::string nameOfFloor = "floor");
 
     void add(double ours, double floor);
 
@@ -42,7 +43,7 @@ struct Bound {
 class Comparison {
 public:
     // `unit` follows the figures, which are printed with `decimals`.
-    Comparison(std::string const& what, std::string unit, int decimals, Bound bound);
+    Comparison(std::string const& what, std::string unit, int decimals, Bound limit);
 
     void add(double ours, double floor);
 

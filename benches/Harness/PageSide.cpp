@@ -15,10 +15,10 @@ std::vector<std::string> withURL(std::vector<std::string> arguments, std::string
 
 } // namespace
 
-PageSide::PageSide(RoundServer& pageServer, std::string const& pageName, std::string const& program,
+PageSide::PageSide(RoundServer& pageServer, std::string pageName, std::string const& program,
                    std::vector<std::string> arguments)
     : server(pageServer)
-    , name(pageName)
+    , name(std::move(pageName))
     , process(program, withURL(std::move(arguments), server.pageURL(name)), SideProcess::Pipes::None) {}
 
 Json PageSide::run(Json const& round) {

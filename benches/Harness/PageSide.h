@@ -12,7 +12,7 @@ namespace fcp::bench {
 class PageSide {
 public:
     // `name` tells the pages of one server apart.
-    PageSide(RoundServer& pageServer, std::string const& pageName, std::string const& program,
+    PageSide(RoundServer& pageServer, std::string pageName, std::string const& program,
              std::vector<std::string> arguments = {});
 
     // The page's result, and in "processor" the milliseconds that the UI process worked.

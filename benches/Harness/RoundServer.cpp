@@ -87,13 +87,13 @@ Json RoundServer::run(std::string const& name, Json const& round, std::function<
     auto& page = pages[name];
     waitFor([&page] { return static_cast<bool>(page.question); }, mayHope, name + " did not load its page");
     auto const question = std::exchange(page.question, {});
-    page.result.reset();
+    page.result = nullptr;
     answer(question.get(), "application/json", round.dump());
     soup_server_message_unpause(question.get());
-    waitFor([&page] { return page.result.has_value(); }, mayHope, name + " gave no result");
-    if (!page.result->is_object() || page.result->contains("error"))
-        throw std::runtime_error(name + ": " + page.result->dump());
-    return *page.result;
+    waitFor([&page] { return !page.result.is_null(); }, mayHope, name + " gave no result");
+    if (!page.result.is_object() || page.result.contains("error"))
+        throw std::runtime_error(name + ": " + page.result.dump());
+    return page.result;
 }
 
 void RoundServer::waitFor(std::function<bool()> const& condition, std::function<bool()> const& mayHope,

@@ -6,7 +6,6 @@
 #include <functional>
 #include <libsoup/soup.h>
 #include <map>
-#include <optional>
 #include <string>
 
 namespace fcp::bench {
@@ -33,7 +32,7 @@ public:
 private:
     struct Page {
         GRef<SoupServerMessage> question; // asked and not answered yet
-        std::optional<Json> result;
+        Json result; // of the round before; null until it is known
     };
 
     static void serve(SoupServer* server, SoupServerMessage* message, char const* path, GHashTable* query,

@@ -102,9 +102,9 @@ void BareWindow::sendEvent(char const* event, std::string const& payload) {
 }
 
 void BareWindow::resolve(std::string const& resolveId, std::string_view value) {
-    auto payload = "{\"resolveId\":\"" + resolveId + "\",\"value\":\"";
+    auto payload = R"({"resolveId":")" + resolveId + R"(","value":")";
     payload += value;
-    payload += "\"}";
+    payload += R"("})";
     sendEvent("fcp:resolve", payload);
 }
 

@@ -40,6 +40,6 @@ int main() {
     std::string kind;
     int count = 0;
     while (std::cin >> kind >> count)
-        std::cout << trips.milliseconds(count, kind == "comments" ? comments : std::vector<Comment>())
-                  << std::endl;
+        std::cout << trips.milliseconds(count, kind == "comments" ? comments : std::vector<Comment>()) << '\n'
+                  << std::flush;
 }

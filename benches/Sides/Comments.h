@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,7 @@ struct Comment {
 
 [[nodiscard]] inline std::vector<Comment> makeComments(int count) {
     std::vector<Comment> comments;
+    comments.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         comments.push_back(makeComment(i));
     return comments;
