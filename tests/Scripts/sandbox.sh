@@ -18,7 +18,7 @@ make_sandbox() {
     cp "$source_root/cmake/packages.txt" "$top/cmake"
     cp "$source_root/.ci/run" "$top/.ci"
     touch "$journal"
-    for tool in awk basename bash cat chmod cp cut date dirname env find grep ls mkdir rm sed setsid sort touch tr wc; do
+    for tool in awk basename bash cat chmod cp cut date dirname env find grep ls mkdir rm sed setsid sort timeout touch tr wc; do
         ln -s "$(command -v "$tool")" "$sandbox/bin/$tool"
     done
     stand_in id 'echo 0'
