@@ -114,21 +114,26 @@ void ContainerLauncher::startSoon() {
 void ContainerLauncher::start() {
     startedAt = g_get_monotonic_time();
     Glib::Pid pid = 0;
+    std::vector<std::string> command{program.string()};
+    if (!showsWindow)
+        command.emplace_back("--no-window");
     try {
-        Glib::spawn_async({}, std::vector{program.string()}, Glib::SpawnFlags::DO_NOT_REAP_CHILD,
-                          &tieToParent, &pid);
+        Glib::spawn_async({}, command, Glib::SpawnFlags::DO_NOT_REAP_CHILD, &tieToParent, &pid);
     } catch (Glib::Error const& error) {
         journal.warn(std::string{"cannot start the container: "} + error.what());
         return;
     }
     process = pid;
-    ending = Glib::signal_child_watch().connect([this](Glib::Pid, int status) { childEnded(status); }, pid);
+    ending = Glib::signal_child_watch().connect(
+        [this](Glib::Pid ended, int status) { childEnded(ended, status); }, pid);
     journal.say("container started, pid " + std::to_string(pid));
 }
 
-void ContainerLauncher::childEnded(int status) {
-    auto const pid = *std::exchange(process, std::nullopt);
+void ContainerLauncher::childEnded(Glib::Pid pid, int status) {
+    process.reset();
     journal.warn("the container, pid " + std::to_string(pid) + ", " + describe(status));
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 0)
+        showsWindow = false;
     if (g_get_monotonic_time() - startedAt > LongLife)
         pause = FirstPause;
     if (!isOwned && watch != 0)

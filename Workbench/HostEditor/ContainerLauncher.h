@@ -19,7 +19,7 @@ class Journal;
 class ContainerLauncher final : public sigc::trackable {
 public:
     // Bus and journal outlive the launcher.
-    ContainerLauncher(SessionBus& bus, Journal const& journal, std::filesystem::path program);
+    ContainerLauncher(SessionBus& sessionBus, Journal const& toTell, std::filesystem::path file);
     ~ContainerLauncher();
     ContainerLauncher(ContainerLauncher const&) = delete;
     ContainerLauncher& operator=(ContainerLauncher const&) = delete;
@@ -34,7 +34,7 @@ private:
     void nameVanished();
     void startSoon();
     void start();
-    void childEnded(int status);
+    void childEnded(Glib::Pid pid, int status);
     void stopChild();
 
     SessionBus& bus;
@@ -45,6 +45,7 @@ private:
     std::optional<Glib::Pid> process;
     std::int64_t startedAt = 0; // monotonic, in microseconds
     unsigned pause; // milliseconds before the next start
+    bool showsWindow = true; // until the user has closed it; commands are answered without
     sigc::connection ending;
     sigc::connection starting;
 };

@@ -21,7 +21,7 @@ public:
         std::filesystem::path diagnostic = "/tmp/zelvix-fcp-diag";
     };
 
-    DevelopmentMarker(Use use, Paths paths);
+    DevelopmentMarker(Use use, Paths files);
     ~DevelopmentMarker();
     DevelopmentMarker(DevelopmentMarker const&) = delete;
     DevelopmentMarker& operator=(DevelopmentMarker const&) = delete;

@@ -19,8 +19,8 @@ std::string describe(SequenceFacts const& facts, Stopwatch const& watch) {
 
 } // namespace
 
-Editor::Editor(Journal const& journalToUse)
-    : journal(journalToUse) {
+Editor::Editor(Journal const& toTell)
+    : journal(toTell) {
     player.signalShown().connect([this](ShownFrame const& frame) { show(frame); });
 }
 
@@ -45,10 +45,10 @@ std::size_t Editor::openOne(std::string const& file) {
     }
     auto& opened = std::get<OpenedFile>(result);
     for (auto const& note : opened.notes)
-        tell(file + ": " + note);
+        tell(std::string{file}.append(": ").append(note));
     for (auto const& sequence : opened.sequences)
         journal.say(describe(sequence->facts(), watch));
-    std::move(opened.sequences.begin(), opened.sequences.end(), std::back_inserter(loaded));
+    std::ranges::move(opened.sequences, std::back_inserter(loaded));
     return opened.active;
 }
 
@@ -59,8 +59,8 @@ void Editor::tell(std::string const& problem) {
 
 std::vector<SequenceFacts> Editor::sequences() const {
     std::vector<SequenceFacts> facts;
-    std::transform(loaded.begin(), loaded.end(), std::back_inserter(facts),
-                   [](auto const& sequence) { return sequence->facts(); });
+    std::ranges::transform(loaded, std::back_inserter(facts),
+                           [](auto const& sequence) { return sequence->facts(); });
     return facts;
 }
 

@@ -19,7 +19,7 @@ class Journal;
 // thread.
 class Editor final {
 public:
-    explicit Editor(Journal const& journal);
+    explicit Editor(Journal const& toTell);
     Editor(Editor const&) = delete;
     Editor& operator=(Editor const&) = delete;
 

@@ -43,13 +43,11 @@ void EditorService::setActiveSequence(std::optional<SequenceFacts> sequence) {
     if (!published)
         return;
     auto const changed = Dictionary{{Property, property()}};
-    auto const signal = Glib::VariantContainerBase::create_tuple(
+    auto signal = Glib::VariantContainerBase::create_tuple(
         {variant(Glib::ustring{Interface}), variant(changed), variant(std::vector<Glib::ustring>{})});
-    try {
-        published->emit_signal(Path, "org.freedesktop.DBus.Properties", "PropertiesChanged", {}, signal);
-    } catch (Glib::Error const&) {
-        // The bus has just gone; it will be asked for the property when it is back.
-    }
+    // Without an answer: where the bus has just gone, it is asked again when it is back.
+    g_dbus_connection_emit_signal(published->gobj(), nullptr, Path, "org.freedesktop.DBus.Properties",
+                                  "PropertiesChanged", signal.gobj(), nullptr);
 }
 
 // The object first: whoever sees the name may ask at once.

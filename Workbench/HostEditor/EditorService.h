@@ -17,7 +17,7 @@ namespace workbench {
 // com.zelvix.fcp.Editor. Without a bus it tells nobody. Main thread.
 class EditorService final : public sigc::trackable {
 public:
-    explicit EditorService(SessionBus& bus); // outlives the service
+    explicit EditorService(SessionBus& sessionBus); // outlives the service
     ~EditorService();
     EditorService(EditorService const&) = delete;
     EditorService& operator=(EditorService const&) = delete;

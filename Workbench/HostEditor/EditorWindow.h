@@ -21,7 +21,7 @@ class Editor;
 // state and passes on what the user asks for.
 class EditorWindow final : public Gtk::Window {
 public:
-    explicit EditorWindow(Editor& editor); // outlives the window
+    explicit EditorWindow(Editor& shownEditor); // outlives the window
     EditorWindow(EditorWindow const&) = delete;
     EditorWindow& operator=(EditorWindow const&) = delete;
 

@@ -153,7 +153,7 @@ bool beginsAsText(std::filesystem::path const& path) {
     auto const isControl = [](char each) {
         return each >= 0 && each < ' ' && !std::isspace(each) && each != '\x1b';
     };
-    if (std::any_of(beginning.begin(), beginning.end(), isControl))
+    if (std::ranges::any_of(beginning, isControl))
         return false;
     char const* end = nullptr;
     g_utf8_validate(beginning.data(), static_cast<gssize>(beginning.size()), &end);

@@ -9,9 +9,9 @@ class Glyph final : public Gtk::DrawingArea {
 public:
     enum class Sign { Play, Pause, Previous, Next, First, Last };
 
-    explicit Glyph(Sign sign);
+    explicit Glyph(Sign first);
 
-    void setSign(Sign sign);
+    void setSign(Sign next);
 
 private:
     void draw(Cairo::RefPtr<Cairo::Context> const& context) const;

@@ -97,13 +97,13 @@ public:
 
     void add(std::shared_ptr<fcp::FCPXTimelineObserver> observer) override {
         std::lock_guard const lock{access};
-        if (observer && std::find(observers.begin(), observers.end(), observer) == observers.end())
+        if (observer && std::ranges::find(observers, observer) == observers.end())
             observers.push_back(std::move(observer));
     }
 
     void remove(std::shared_ptr<fcp::FCPXTimelineObserver> observer) override {
         std::lock_guard const lock{access};
-        observers.erase(std::remove(observers.begin(), observers.end(), observer), observers.end());
+        std::erase(observers, observer);
     }
 
 private:

@@ -19,6 +19,6 @@ struct OpenedFile {
 
 // Opens a video, a still, a sound file or a project: its sequences, or the reason in words for the user. Main
 // thread, while there is a MediaEngine; takes tens of milliseconds.
-[[nodiscard]] std::variant<OpenedFile, std::string> openMediaFile(std::filesystem::path const& path);
+[[nodiscard]] std::variant<OpenedFile, std::string> openMediaFile(std::filesystem::path const& given);
 
 } // namespace workbench

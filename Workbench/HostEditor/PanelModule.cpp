@@ -1,6 +1,5 @@
 #include "Workbench/HostEditor/PanelModule.h"
 
-#include "FcpExtension/ProExtensionHost.h"
 #include "Workbench/HostEditor/ProgramFolder.h"
 
 #include <dlfcn.h>
@@ -19,7 +18,7 @@ std::string loaderComplaint() {
 } // namespace
 
 std::filesystem::path defaultPanelModule() {
-    auto const beside = programFolder() / ModuleName;
+    auto beside = programFolder() / ModuleName;
     std::error_code error;
     if (std::filesystem::exists(beside, error))
         return beside;

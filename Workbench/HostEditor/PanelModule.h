@@ -1,10 +1,10 @@
 #pragma once
 
+#include "FcpExtension/ProExtensionHost.h"
+
 #include <filesystem>
 #include <string>
 #include <variant>
-
-typedef struct _GtkWidget GtkWidget;
 
 namespace workbench {
 

@@ -13,12 +13,21 @@ namespace {
 
 constexpr int BytesPerPixel = 4;
 
+int standardOf(int colourSpace) {
+    switch (colourSpace) {
+    case 601:
+        return SWS_CS_ITU601;
+    case 240:
+        return SWS_CS_SMPTE240M;
+    case 2020:
+        return SWS_CS_BT2020;
+    default:
+        return SWS_CS_ITU709;
+    }
+}
+
 void setColours(SwsContext* context, PlanarImage const& image) {
-    auto const standard = image.colourSpace == 601    ? SWS_CS_ITU601
-                          : image.colourSpace == 240  ? SWS_CS_SMPTE240M
-                          : image.colourSpace == 2020 ? SWS_CS_BT2020
-                                                      : SWS_CS_ITU709;
-    auto const* const matrix = sws_getCoefficients(standard);
+    auto const* const matrix = sws_getCoefficients(standardOf(image.colourSpace));
     constexpr int unity = 1 << 16;
     sws_setColorspaceDetails(context, matrix, image.isFullRange ? 1 : 0, sws_getCoefficients(SWS_CS_DEFAULT),
                              1, 0, unity, unity);

@@ -15,11 +15,12 @@ constexpr int LeastWidth = 160;
 constexpr int LeastHeight = 90;
 
 graphene_rect_t centred(PixelSize size, PixelSize inside) {
-    graphene_rect_t rectangle;
     // Whole pixels: a picture of just this size is then copied, not filtered.
-    graphene_rect_init(&rectangle, static_cast<float>((inside.width - size.width) / 2),
-                       static_cast<float>((inside.height - size.height) / 2), static_cast<float>(size.width),
-                       static_cast<float>(size.height));
+    auto const left = (inside.width - size.width) / 2;
+    auto const top = (inside.height - size.height) / 2;
+    graphene_rect_t rectangle;
+    graphene_rect_init(&rectangle, static_cast<float>(left), static_cast<float>(top),
+                       static_cast<float>(size.width), static_cast<float>(size.height));
     return rectangle;
 }
 
@@ -82,7 +83,8 @@ void PictureView::drawWords(Glib::RefPtr<Gtk::Snapshot> const& snapshot) {
     int width = 0;
     int height = 0;
     layout->get_pixel_size(width, height);
-    graphene_point_t const corner{margin, static_cast<float>((get_height() - height) / 2)};
+    auto const top = (get_height() - height) / 2;
+    graphene_point_t const corner{margin, static_cast<float>(top)};
     auto const colour = get_style_context()->get_color();
     snapshot->save();
     gtk_snapshot_translate(snapshot->gobj(), &corner);

@@ -18,7 +18,7 @@ public:
     void show(Picture const& picture);
 
     // Instead of a picture. Empty: nothing, until one comes.
-    void say(std::string const& heading, std::string const& detail);
+    void say(std::string const& newHeading, std::string const& newDetail);
 
     void setShape(double displayAspect);
 

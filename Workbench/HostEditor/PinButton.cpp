@@ -43,7 +43,7 @@ Gdk::RGBA pinColour(Pin const& pin, bool isLive) {
 
 std::string pinText(Pin const& pin) {
     auto line = pin.author.empty() ? pin.text : pin.author + ": " + pin.text;
-    std::replace(line.begin(), line.end(), '\n', ' ');
+    std::ranges::replace(line, '\n', ' ');
     Glib::ustring const text = line;
     return text.size() > LongestText ? text.substr(0, LongestText).raw() + "…" : text.raw();
 }
@@ -51,8 +51,7 @@ std::string pinText(Pin const& pin) {
 PinButton::PinButton(PinGroup const& group, std::vector<Pin> const& pins, bool isLive)
     : marked(group.frame)
     , colour(pinColour(pins[group.members.front()], isLive))
-    , isHollow(std::all_of(group.members.begin(), group.members.end(),
-                           [&](auto member) { return pins[member].isResolved; })) {
+    , isHollow(std::ranges::all_of(group.members, [&](auto member) { return pins[member].isResolved; })) {
     add_css_class("workbench-pin");
     set_has_frame(false);
     set_focus_on_click(false);

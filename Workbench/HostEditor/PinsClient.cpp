@@ -129,7 +129,7 @@ void PinsClient::pull() {
                 self->pulled(nullptr, asked);
         }
     };
-    followed->call(Path, Interface, "GetMarkers", question, std::move(answered), ContainerName, Patience,
+    followed->call(Path, Interface, "GetMarkers", question, answered, ContainerName, Patience,
                    Gio::DBus::CallFlags::NO_AUTO_START, Glib::VariantType{AnswerType});
 }
 

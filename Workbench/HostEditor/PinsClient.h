@@ -34,7 +34,7 @@ public:
     sigc::signal<void()>& signalChanged() { return changed; }
 
 private:
-    explicit PinsClient(SessionBus& bus);
+    explicit PinsClient(SessionBus& sessionBus);
     void begin();
     void end();
     void disconnect();

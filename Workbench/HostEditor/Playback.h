@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Workbench/HostEditor/EngineTypes.h"
 #include "Workbench/HostEditor/Picture.h"
 #include "Workbench/HostEditor/PictureConverter.h"
 
@@ -7,12 +8,6 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-
-namespace Mlt {
-class Consumer;
-class Event;
-class Frame;
-} // namespace Mlt
 
 namespace workbench {
 
@@ -32,7 +27,7 @@ public:
     using Deliver = std::function<void(ShownFrame)>;
 
     // The sequence outlives the playback.
-    Playback(Sequence& sequence, Deliver deliver);
+    Playback(Sequence& ofSequence, Deliver deliverTo);
     ~Playback(); // nothing is delivered afterwards
     Playback(Playback const&) = delete;
     Playback& operator=(Playback const&) = delete;
@@ -47,7 +42,7 @@ public:
     [[nodiscard]] double speed() const;
 
     // Pictures from the next one on are made for this area, and no higher than the limit.
-    void setPictureLimits(PixelSize area, int heightLimit);
+    void setPictureLimits(PixelSize size, int height);
 
 private:
     void handOver(Mlt::Frame& frame); // on the engine's threads

@@ -31,7 +31,7 @@ Player::~Player() {
 bool Player::open(Sequence& chosen) {
     close();
     sequence = &chosen;
-    displayed = std::clamp<std::int64_t>(chosen.position, 0, last());
+    displayed = std::clamp<std::int64_t>(chosen.position(), 0, last());
     playback = std::make_unique<Playback>(chosen, [this](ShownFrame frame) { put(std::move(frame)); });
     applyLimits();
     playback->setSpeed(0);
@@ -44,7 +44,7 @@ bool Player::open(Sequence& chosen) {
 
 void Player::close() {
     if (sequence)
-        sequence->position = displayed;
+        sequence->setPosition(displayed);
     playback.reset();
     sequence = nullptr;
     underWay.reset();

@@ -26,7 +26,7 @@ public:
 
     // Puts the sequence on, paused where it was left. It outlives its stay. False: the engine cannot play
     // here.
-    bool open(Sequence& sequence);
+    bool open(Sequence& chosen);
     void close();
 
     void play(); // from the beginning when it is at the end
@@ -44,7 +44,7 @@ public:
     [[nodiscard]] std::int64_t target() const;
 
     // The room for the picture, in pixels of the screen.
-    void setArea(PixelSize area);
+    void setArea(PixelSize size);
 
     sigc::signal<void(ShownFrame const&)>& signalShown() { return shown; }
 

@@ -11,7 +11,7 @@ class PlayheadLine final : public Gtk::Widget {
 public:
     PlayheadLine();
 
-    void showAt(std::optional<double> position); // pixels from the left; none: nowhere
+    void showAt(std::optional<double> place); // pixels from the left; none: nowhere
 
 protected:
     void snapshot_vfunc(Glib::RefPtr<Gtk::Snapshot> const& snapshot) override;

@@ -97,14 +97,14 @@ private:
         if (!options.servesPage || !marker.isPresent())
             return;
         Stopwatch const watch;
-        page.emplace();
+        page = std::make_unique<PageServer>();
         strangerAtPort = page->start();
         if (strangerAtPort) {
             journal.warn(*strangerAtPort);
             return;
         }
         journal.say("review page served at " + page->pageURL() + ", in " + watch.text());
-        pageControl.emplace(*page);
+        pageControl = std::make_unique<PageServerControl>(*page);
     }
 
     void startContainer() {
@@ -114,7 +114,7 @@ private:
 
     void showWindow() {
         installStyle();
-        window.emplace(editor);
+        window = std::make_unique<EditorWindow>(editor);
         window->showPins(pins->pins(), pins->isLive());
         auto const endWithWindow = [this] {
             loop->quit();
@@ -163,10 +163,10 @@ private:
     std::shared_ptr<PinsClient> pins;
     HostBridge& host;
     std::optional<std::string> strangerAtPort; // the page server's complaint
-    std::optional<PageServer> page;
-    std::optional<PageServerControl> pageControl;
+    std::unique_ptr<PageServer> page;
+    std::unique_ptr<PageServerControl> pageControl;
     std::optional<ContainerLauncher> launcher;
-    std::optional<EditorWindow> window;
+    std::unique_ptr<EditorWindow> window;
 };
 
 } // namespace

@@ -49,12 +49,12 @@ public:
 
 private:
     struct Document;
-    explicit ProjectFile(std::unique_ptr<Document> document);
+    explicit ProjectFile(std::unique_ptr<Document> content);
 
     std::unique_ptr<Document> document;
 };
 
 // The marks in a sequence's JSON list of guides; entries that are no guides are left out.
-[[nodiscard]] std::vector<Mark> readGuides(std::string const& json);
+[[nodiscard]] std::vector<Mark> readGuides(std::string const& text);
 
 } // namespace workbench

@@ -1,14 +1,10 @@
 #pragma once
 
+#include "Workbench/HostEditor/EngineTypes.h"
 #include "Workbench/HostEditor/SequenceFacts.h"
 
 #include <cstdint>
 #include <memory>
-
-namespace Mlt {
-class Producer;
-class Profile;
-} // namespace Mlt
 
 namespace workbench {
 
@@ -31,12 +27,16 @@ public:
 
     [[nodiscard]] std::int64_t lastFrame() const { return known.length - 1; }
 
-    std::int64_t position = 0; // the frame that was on the screen last
+    // The frame that was on the screen last.
+    [[nodiscard]] std::int64_t position() const { return place; }
+
+    void setPosition(std::int64_t frame) { place = frame; }
 
 private:
     std::unique_ptr<Mlt::Profile> shape; // outlives the producer, which refers to it
     std::unique_ptr<Mlt::Producer> source;
     SequenceFacts known;
+    std::int64_t place = 0;
 };
 
 } // namespace workbench

@@ -9,7 +9,7 @@ namespace workbench {
 // A second one of a kind ends the process at once. Main thread.
 class SignalWatch final {
 public:
-    explicit SignalWatch(std::function<void(int number)> asked);
+    explicit SignalWatch(std::function<void(int number)> whenAsked);
     ~SignalWatch();
     SignalWatch(SignalWatch const&) = delete;
     SignalWatch& operator=(SignalWatch const&) = delete;

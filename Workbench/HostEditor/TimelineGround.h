@@ -23,9 +23,9 @@ public:
 
     TimelineGround();
 
-    void showSequence(SequenceFacts const* sequence); // null: there is none
-    void setAxis(TimeAxis const& axis);
-    void showPins(std::vector<Pin> pins, bool areLive);
+    void showSequence(SequenceFacts const* shown); // null: there is none
+    void setAxis(TimeAxis const& newAxis);
+    void showPins(std::vector<Pin> shown, bool areLive);
 
 private:
     using Context = Cairo::RefPtr<Cairo::Context>;

@@ -29,9 +29,9 @@ public:
     TimelineView();
     ~TimelineView() override;
 
-    void showSequence(SequenceFacts const* sequence); // null: there is none
-    void showFrame(std::int64_t frame);
-    void showPins(std::vector<Pin> pins, bool areLive);
+    void showSequence(SequenceFacts const* shown); // null: there is none
+    void showFrame(std::int64_t shown);
+    void showPins(std::vector<Pin> shown, bool areLive);
 
     sigc::signal<void(std::int64_t)>& signalSeek() { return wanted; }
 

@@ -89,6 +89,15 @@ TEST_F(Launcher, WaitsLongerEachTimeForAContainerThatDoesNotStay) {
     EXPECT_FALSE(waitUntil([this] { return starts() > 4; }, 1000));
 }
 
+TEST_F(Launcher, ShowsNoWindowAgainThatTheUserHasClosed) {
+    setenv("FAKE_CONTAINER_MANNER", "is closed", 1);
+    launch();
+    ASSERT_TRUE(waitForChild());
+    std::ifstream stream{log};
+    std::string const starts{std::istreambuf_iterator<char>{stream}, {}};
+    EXPECT_EQ(starts, "started \nstarted --no-window\n");
+}
+
 TEST_F(Launcher, EndsAContainerThatDoesNotListen) {
     setenv("FAKE_CONTAINER_MANNER", "stubborn", 1);
     launch();

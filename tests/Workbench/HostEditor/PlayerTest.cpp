@@ -229,7 +229,7 @@ TEST_P(PlayerOnFilm, KeepsThePlaceOfEachSequence) {
     EXPECT_EQ(player.position(), 33);
     ASSERT_TRUE(waitFor(33));
     EXPECT_EQ(seen.back().number, 33);
-    EXPECT_EQ(other->position, 7);
+    EXPECT_EQ(other->position(), 7);
     player.close();
 }
 
