@@ -115,7 +115,7 @@ TEST_F(MessageHandlerCommands, RunsTheCommandButNeverAnswersWithoutAStringResolv
 }
 
 TEST_F(MessageHandlerCommands, ReturnsTheResolveIdExactlyAsThePageSentIt) {
-    std::string const odd("a'\"\\</script>\0\u00E9", 18);
+    std::string const odd("a'\"\\</script>\0\u00E9", 16);
     post({{"command", "isFCPRunning"}, {"resolveId", odd}});
     EXPECT_EQ(page->events().at(0).detail.at("resolveId"), odd);
     post({{"command", "isFCPRunning"}, {"resolveId", ""}});
