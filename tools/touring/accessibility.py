@@ -9,12 +9,11 @@ from gi.repository import Gio, GLib
 ACCESSIBLE = "org.a11y.atspi.Accessible"
 COMPONENT = "org.a11y.atspi.Component"
 TEXT = "org.a11y.atspi.Text"
-VALUE = "org.a11y.atspi.Value"
 CACHE = "org.a11y.atspi.Cache"
 NOWHERE = "/org/a11y/atspi/null"
 ROOT = "/org/a11y/atspi/accessible/root"
 
-ACTIVE, VISIBLE = 1, 30  # numbers of states
+ACTIVE = 1  # the number of a state
 WINDOW = 1  # coordinates relative to the window
 CALL_LIMIT = 3000  # milliseconds
 
@@ -44,11 +43,8 @@ class Node:
     def text(self):
         if TEXT not in self.interfaces:
             return self.name
-        return self.call(TEXT, "GetText", GLib.Variant("(ii)", (0, -1)))[0] or self.name
-
-    @property
-    def value(self):
-        return self.ask(VALUE, "CurrentValue")
+        whole = GLib.Variant("(ii)", (0, self.ask(TEXT, "CharacterCount")))
+        return self.call(TEXT, "GetText", whole)[0] or self.name
 
     @property
     def interfaces(self):
@@ -77,31 +73,22 @@ class Node:
         for child in below:
             yield from child.walk()
 
-    def visible(self):
-        """What is on the screen of a window and all below it. A hidden widget's parts do not know that they are."""
-        try:
-            below = [child for child in self.children if child.has(VISIBLE)]
-        except Gone:
-            return
-        for child in below:
-            yield child
-            yield from child.visible()
-
     def find(self, condition):
-        return first(self.walk(), condition)
+        for node in self.walk():
+            try:
+                if condition(node):
+                    return node
+            except Gone:
+                continue
+        return None
 
-    def find_visible(self, condition):
-        return first(self.visible(), condition)
 
+class Widget(Node):
+    """A widget of a program, with the name that it had when the program was looked at."""
 
-def first(nodes, condition):
-    for node in nodes:
-        try:
-            if condition(node):
-                return node
-        except Gone:
-            continue
-    return None
+    def __init__(self, node, item):
+        super().__init__(node.bus, node.owner, node.path, node.parent)
+        self.seen_name = item[6]
 
 
 class Bus:
@@ -126,12 +113,18 @@ class Bus:
         path, interface = "/org/freedesktop/DBus", "org.freedesktop.DBus"
         return self.call("org.freedesktop.DBus", path, interface, method, arguments)[0]
 
-    def program(self, pid):
-        """The root of a process's windows; None while it has none."""
-        for owner in self.daemon("ListNames"):
-            if owner.startswith(":") and self.process(owner) == pid:
-                return Node(self, owner, ROOT)
-        return None
+    def widgets(self, pid):
+        """What is on the screen of a process's windows. Hidden widgets are not among their parents' children, but
+        their own parts do not know that they are hidden; so only what is reached from the top counts."""
+        owner = next((name for name in self.daemon("ListNames")
+                      if name.startswith(":") and self.process(name) == pid), None)
+        if owner is None:
+            return []
+        reached = list(Node(self, owner, ROOT).walk())[1:]
+        # Names and states of all of them with one question.
+        items = self.call(owner, "/org/a11y/atspi/cache", CACHE, "GetItems")[0]
+        known = {item[0][1]: item for item in items}
+        return [Widget(node, known[node.path]) for node in reached if node.path in known]
 
     def process(self, owner):
         try:

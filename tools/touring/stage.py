@@ -2,7 +2,6 @@
 
 import csv
 import pathlib
-import re
 import signal
 import subprocess
 import time
@@ -11,6 +10,7 @@ from touring.accessibility import ACTIVE, Gone
 
 PAGE_CONTROL = ["com.zelvix.fcp.ReviewPage", "/com/zelvix/fcp/ReviewPage", "com.zelvix.fcp.ReviewPage1", "Served"]
 SETTLED = ("Synced", "Not synced", "Deleting", "Not deleted", "Syncing")
+LIMIT = 40.0  # seconds that anything may take
 ENVIRONMENT_OF_THE_LOG = {"G_MESSAGES_DEBUG": "ai.zelvix.fcp.extension"}
 
 
@@ -35,7 +35,7 @@ class Stage:
             raise Unexpected(f"the workbench has ended with status {self.workbench.returncode}; "
                              f"its last words: {' / '.join(words[-3:]) or 'none'}")
 
-    def wait(self, what, condition, limit=20.0, saw=lambda: ""):
+    def wait(self, what, condition, limit=LIMIT, saw=lambda: ""):
         """What the condition comes to, as soon as it is true. `saw` tells what there was instead."""
         deadline = time.monotonic() + limit
         while True:
@@ -95,18 +95,20 @@ class Stage:
         self.screen.move_window(window, 0, 0)
         self.screen.focus(window)
 
-    def program(self):
-        return self.bus.program(self.workbench.pid)
+    def widgets(self):
+        """The workbench's widgets on the screen."""
+        return self.bus.widgets(self.workbench.pid)
 
     def widget(self, name):
-        """A widget of the workbench that is on the screen."""
-        root = self.program()
-        return root and root.find_visible(lambda node: node.name == name)
+        return next((widget for widget in self.widgets() if widget.seen_name == name), None)
 
     def area_of(self, widget):
         """Where it is on the screen. The toolkit counts from inside the border that it draws around its window."""
         left, top, width, height = self.screen.place_of(self.screen.window_of(self.workbench.pid))
-        inner = self.program().children[0].extents
+        owner = widget
+        while owner.parent.parent is not None:
+            owner = owner.parent
+        inner = owner.extents
         x, y, own_width, own_height = widget.extents
         return left + (width - inner[2]) // 2 + x, top + (height - inner[3]) // 2 + y, own_width, own_height
 
@@ -129,10 +131,10 @@ class Stage:
         self.screen.click(x + width * across, y + height / 2)
 
     def host_frame(self):
-        """The number of the frame that the editor says it shows."""
-        root = self.program()
-        label = root and root.find_visible(lambda node: re.fullmatch(r"frame \d+", node.name))
-        return int(label.name.split()[1]) if label else None
+        """The number of the frame at the editor's playhead."""
+        label = self.widget("Frame")
+        words = label.text.split() if label else []
+        return int(words[-1]) if words else None
 
     # The page
 
@@ -193,7 +195,7 @@ class Stage:
         self.screen.press("Return")
         return self.wait(f"comment \"{text}\" on the page", lambda: self.comment(text), saw=self.page_summary)
 
-    def wait_synced(self, text, limit=20.0):
+    def wait_synced(self, text, limit=LIMIT):
         def state():
             entry = self.comment(text)
             return entry[1] if entry else "no such comment"
