@@ -6,7 +6,7 @@ import signal
 import subprocess
 import time
 
-from touring.accessibility import ACTIVE, Gone
+from touring.accessibility import ACTIVE, FOCUSED, Gone
 
 PAGE_CONTROL = ["com.zelvix.fcp.ReviewPage", "/com/zelvix/fcp/ReviewPage", "com.zelvix.fcp.ReviewPage1", "Served"]
 SETTLED = ("Synced", "Not synced", "Deleting", "Not deleted", "Syncing")
@@ -190,7 +190,10 @@ class Stage:
         return next((entry for entry in self.comments() if entry[0].name.endswith(text)), None)
 
     def add_comment(self, text):
-        self.click_page("New comment at the playhead")
+        field = "New comment at the playhead"
+        self.click_page(field)
+        self.wait("keyboard in the comment's field",
+                  lambda: self.in_page(lambda node: node.name == field and node.has(FOCUSED)))
         self.screen.type(text)
         self.screen.press("Return")
         return self.wait(f"comment \"{text}\" on the page", lambda: self.comment(text), saw=self.page_summary)
