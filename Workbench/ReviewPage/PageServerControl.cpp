@@ -1,5 +1,6 @@
 #include "Workbench/ReviewPage/PageServerControl.h"
 
+#include "Platform/Gtk/GRef.h"
 #include "Workbench/ReviewPage/PageServer.h"
 
 #include <giomm.h>
@@ -18,11 +19,14 @@ constexpr auto Introspection = R"(<node>
 
 // A connection of our own: the shared one ends the process when the bus dies.
 Glib::RefPtr<Gio::DBus::Connection> connectToSessionBus() {
+    // The binding of this function loses the text that it is given.
+    fcp::GCharPtr const address{g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr)};
+    if (!address)
+        return {};
     try {
-        auto const address = Gio::DBus::Address::get_for_bus_sync(Gio::DBus::BusType::SESSION);
         return Gio::DBus::Connection::create_for_address_sync(
-            address, Gio::DBus::ConnectionFlags::AUTHENTICATION_CLIENT |
-                         Gio::DBus::ConnectionFlags::MESSAGE_BUS_CONNECTION);
+            address.get(), Gio::DBus::ConnectionFlags::AUTHENTICATION_CLIENT |
+                               Gio::DBus::ConnectionFlags::MESSAGE_BUS_CONNECTION);
     } catch (Glib::Error const&) {
         return {};
     }
