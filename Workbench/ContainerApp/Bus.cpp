@@ -15,13 +15,13 @@ namespace {
 
 // How many messages are handled in one turn of the main loop, so that a flood of commands leaves the window
 // alive.
-constexpr int MessagesPerTurn = 64;
+constexpr int messagesPerTurn = 64;
 
 // At the end nobody may keep the program alive by sending on.
-constexpr int MessagesAtEnd = 4096;
+constexpr int messagesAtEnd = 4096;
 
 // For calls to the bus itself and to the editor; commands wait for some of them.
-constexpr std::uint64_t CallMicroseconds = 5'000'000;
+constexpr std::uint64_t callMicroseconds = 5'000'000;
 
 int runHandler(sd_bus_message* message, void* handler, sd_bus_error*) {
     (*static_cast<Bus::Handler*>(handler))(message);
@@ -95,7 +95,7 @@ gboolean Bus::Source::check(GSource* base) {
 gboolean Bus::Source::dispatch(GSource* base, GSourceFunc, void*) {
     auto& self = of(base);
     auto status = 1;
-    for (auto count = 0; status > 0 && count < MessagesPerTurn; ++count)
+    for (auto count = 0; status > 0 && count < messagesPerTurn; ++count)
         status = sd_bus_process(self.bus, nullptr);
     if (status >= 0 && sd_bus_is_open(self.bus) > 0)
         return G_SOURCE_CONTINUE;
@@ -132,7 +132,7 @@ std::unique_ptr<Bus> Bus::open(std::string& problem) {
         problem = std::strerror(-status);
         return {};
     }
-    sd_bus_set_method_call_timeout(bus, CallMicroseconds);
+    sd_bus_set_method_call_timeout(bus, callMicroseconds);
     return std::unique_ptr<Bus>{new Bus{std::move(connection)}};
 }
 
@@ -195,7 +195,7 @@ void Bus::serve(std::function<void()> lost) {
 }
 
 void Bus::drain() {
-    for (auto count = 0; count < MessagesAtEnd && sd_bus_process(handle(), nullptr) > 0;)
+    for (auto count = 0; count < messagesAtEnd && sd_bus_process(handle(), nullptr) > 0;)
         ++count;
 }
 

@@ -6,7 +6,7 @@ namespace workbench {
 
 namespace {
 
-constexpr char const* OwnName = "com.zelvix.fcp.Container";
+constexpr char const* ownName = "com.zelvix.fcp.Container";
 
 }
 
@@ -19,7 +19,7 @@ BusPresence::Outcome BusPresence::connect(std::string& problem) {
         return Outcome::NoBus;
     commands = std::make_unique<CommandServer>(*bus, callbacks.command, callbacks.answered);
     // Heard before the name is there: whoever sees the name may send at once.
-    auto const name = commands->listen() ? bus->requestName(OwnName) : Bus::Name::Failed;
+    auto const name = commands->listen() ? bus->requestName(ownName) : Bus::Name::Failed;
     if (name == Bus::Name::Taken)
         return Outcome::AlreadyRunning;
     problem = "the bus refuses";

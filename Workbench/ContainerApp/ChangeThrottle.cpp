@@ -15,7 +15,7 @@ std::vector<ChangeThrottle::Change> ChangeThrottle::takeDue(Time now) {
         if (!state.waiting || state.earliest > now)
             continue;
         due.push_back({key, *std::exchange(state.waiting, {})});
-        state.earliest = now + Interval;
+        state.earliest = now + interval;
     }
     std::erase_if(states,
                   [now](auto const& entry) { return !entry.second.waiting && entry.second.earliest <= now; });

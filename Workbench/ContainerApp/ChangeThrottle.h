@@ -15,7 +15,7 @@ class ChangeThrottle {
 public:
     using Time = std::chrono::steady_clock::time_point;
 
-    static constexpr auto Interval = std::chrono::milliseconds{50};
+    static constexpr auto interval = std::chrono::milliseconds{50};
 
     struct Change {
         std::string sequenceKey;

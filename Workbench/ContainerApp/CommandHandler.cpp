@@ -13,10 +13,10 @@ namespace workbench {
 namespace {
 
 // The tolerance of a request that names none.
-constexpr double DefaultThreshold = 0.5;
+constexpr double defaultThreshold = 0.5;
 
 // All replies of an answer together; the bus ends the connection of whoever sends far more.
-constexpr std::size_t LargestReplies = 8 * 1024 * 1024;
+constexpr std::size_t largestReplies = 8 * 1024 * 1024;
 
 Json describeReply(Comment const& reply) {
     return {{"id", reply.id},
@@ -72,8 +72,8 @@ void CommandHandler::deleteComment(Json const& arguments, Shared const& reply) {
 }
 
 void CommandHandler::syncAllComments(Json const& arguments, Shared const& reply) {
-    auto const drafts = readComments(member(arguments, "comments"));
-    if (drafts && parts.comments.syncAll(*drafts))
+    auto drafts = readComments(member(arguments, "comments"));
+    if (drafts && parts.comments.syncAll(std::move(*drafts)))
         reply->resolve(true);
 }
 
@@ -104,7 +104,7 @@ void CommandHandler::getMarkerAtTime(Json const& arguments, Shared const& reply)
     if (!seconds)
         return;
     auto const& tolerance = member(arguments, "threshold");
-    auto const threshold = tolerance.is_number() ? tolerance.get<double>() : DefaultThreshold;
+    auto const threshold = tolerance.is_number() ? tolerance.get<double>() : defaultThreshold;
     auto const marker = parts.markers.at(*seconds, threshold);
     reply->resolve(marker ? describe(*marker) : Json{});
 }
@@ -115,7 +115,7 @@ Json describe(Marker const& marker) {
     auto size = std::size_t{0};
     for (auto const& reply : marker.replies) {
         size += reply.id.size() + reply.text.size() + reply.author.size();
-        if (size <= LargestReplies)
+        if (size <= largestReplies)
             replies.push_back(describeReply(reply));
     }
     return {{"id", comment.id},

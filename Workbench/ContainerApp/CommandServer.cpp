@@ -2,23 +2,23 @@
 
 #include "Workbench/ContainerApp/BusValue.h"
 #include "Workbench/ContainerApp/CommentReader.h"
+#include "Workbench/ContainerApp/Elapsed.h"
 
 #include <systemd/sd-bus.h>
 
-#include <cstdio>
 #include <utility>
 
 namespace workbench {
 
 namespace {
 
-constexpr char const* Path = "/com/zelvix/fcp";
-constexpr char const* Interface = "com.zelvix.fcp";
-constexpr char const* Rule =
+constexpr char const* channelPath = "/com/zelvix/fcp";
+constexpr char const* channelInterface = "com.zelvix.fcp";
+constexpr char const* commandRule =
     "type='signal',path='/com/zelvix/fcp',interface='com.zelvix.fcp',member='containerCommand'";
 
 // Above this the bus does not refuse a message, it disconnects the sender.
-constexpr std::size_t LargestAnswer = 16 * 1024 * 1024;
+constexpr std::size_t largestAnswer = 16 * 1024 * 1024;
 
 // What the panel takes for "no": the yes/no commands want a real boolean, the others a value or none.
 Json nothingDone(std::string const& name) {
@@ -62,7 +62,7 @@ CommandServer::CommandServer(Bus& theBus, Handler theHandler, Observer theObserv
     , observer{std::move(theObserver)} {}
 
 bool CommandServer::listen() {
-    return bus.match(Rule, [this](sd_bus_message* message) { receive(message); });
+    return bus.match(commandRule, [this](sd_bus_message* message) { receive(message); });
 }
 
 void CommandServer::hold() {
@@ -100,25 +100,23 @@ void CommandServer::handle(Json command) {
 }
 
 std::shared_ptr<Reply> CommandServer::replyTo(std::string const& name, std::string const& requestId) {
-    auto const begun = Clock::now();
-    auto send = [this, weak = std::weak_ptr{alive}, begun, name, requestId](Json const& result) {
+    auto send = [this, weak = std::weak_ptr{alive}, begun = Clock::now(), name,
+                 requestId](Json const& result) {
         if (weak.expired())
             return true;
         if (!answer(requestId, result))
             return false;
-        auto const milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - begun).count();
-        char elapsed[48];
-        std::snprintf(elapsed, sizeof elapsed, " (%.2f ms)", milliseconds);
-        observer(name + " " + requestId + ": " + summary(result) + elapsed);
+        if (observer)
+            observer(name + " " + requestId + ": " + summary(result) + elapsedSince(begun));
         return true;
     };
     return std::make_shared<Reply>(nothingDone(name), std::move(send));
 }
 
 bool CommandServer::answer(std::string const& requestId, Json const& result) {
-    if (sizeOf(result) > LargestAnswer)
+    if (sizeOf(result) > largestAnswer)
         return false;
-    auto const message = bus.signal(Path, Interface, "containerResponse");
+    auto const message = bus.signal(channelPath, channelInterface, "containerResponse");
     if (!message || sd_bus_message_open_container(message.get(), SD_BUS_TYPE_ARRAY, "{sv}") < 0)
         return false;
     return appendMember(message.get(), "requestId", requestId) >= 0 &&

@@ -44,7 +44,7 @@ class CommandServer {
 public:
     using Handler = std::function<void(Command const&)>;
 
-    // Told of each answer that was sent.
+    // Told of each answer that was sent; may be empty.
     using Observer = std::function<void(std::string const& line)>;
 
     CommandServer(Bus& bus, Handler handler, Observer observer);

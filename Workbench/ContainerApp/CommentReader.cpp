@@ -122,11 +122,11 @@ std::optional<std::vector<CommentDraft>> readComments(Json const& list) {
 
 std::optional<std::string> readIdentifier(Json const& value) {
     // Beyond this two whole numbers may be one and the same floating-point number.
-    constexpr auto LargestWhole = 9007199254740992.0;
+    constexpr auto largestWhole = 9007199254740992.0;
     auto const number = readNumber(value);
     if (!number)
         return readLabel(value);
-    if (*number != std::floor(*number) || std::abs(*number) > LargestWhole)
+    if (*number != std::floor(*number) || std::abs(*number) > largestWhole)
         return {};
     return std::to_string(static_cast<long long>(*number));
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <map>
+#include <string_view>
 #include <unordered_set>
 #include <utility>
 
@@ -12,35 +13,46 @@ namespace workbench {
 
 namespace {
 
-constexpr char const* Columns = "id, parent_id, author, body, start_s, duration_s, colour, resolved";
-constexpr char const* InOrderOfTime = " ORDER BY start_s, position, id";
+constexpr std::string_view inOrderOfTime = " ORDER BY start_s, position, id";
 
 // A page that gives no dates must not lose the day of the first arrival with every correction.
-std::string upserting() {
-    return std::string{"INSERT INTO comments(sequence_id, "} + Columns +
-           ", created_at, updated_at, raw, position) "
-           "VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, coalesce(?10, strftime('%Y-%m-%dT%H:%M:%fZ', 'now')), "
-           "coalesce(?11, strftime('%Y-%m-%dT%H:%M:%fZ', 'now')), ?12, ?13) "
-           "ON CONFLICT(sequence_id, id) DO UPDATE SET parent_id = excluded.parent_id, author = "
-           "excluded.author, "
-           "body = excluded.body, start_s = excluded.start_s, duration_s = excluded.duration_s, "
-           "colour = excluded.colour, resolved = excluded.resolved, created_at = coalesce(?10, created_at), "
-           "updated_at = excluded.updated_at, raw = excluded.raw, position = excluded.position";
-}
+constexpr std::string_view upsertSql = R"(
+INSERT INTO comments(sequence_id, id, parent_id, author, body, start_s, duration_s, colour, resolved,
+    created_at, updated_at, raw, position)
+VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9,
+    coalesce(?10, strftime('%Y-%m-%dT%H:%M:%fZ', 'now')), coalesce(?11, strftime('%Y-%m-%dT%H:%M:%fZ', 'now')), ?12, ?13)
+ON CONFLICT(sequence_id, id) DO UPDATE SET
+    parent_id = excluded.parent_id, author = excluded.author, body = excluded.body, start_s = excluded.start_s,
+    duration_s = excluded.duration_s, colour = excluded.colour, resolved = excluded.resolved,
+    created_at = coalesce(?10, created_at), updated_at = excluded.updated_at, raw = excluded.raw,
+    position = excluded.position)";
 
-std::string selecting(std::string const& which) {
-    return std::string{"SELECT "} + Columns + " FROM comments WHERE sequence_id = ?1" + which;
+constexpr std::string_view touchSql = R"(
+UPDATE comments SET updated_at = strftime('%Y-%m-%dT%H:%M:%fZ', 'now') WHERE sequence_id = ?1 AND id = ?2)";
+
+constexpr std::string_view removeOthersSql = R"(
+DELETE FROM comments WHERE sequence_id = ?1 AND id NOT IN (SELECT value FROM json_each(?2)))";
+
+// The columns that `commentIn` reads.
+std::string selecting(std::string_view which, std::string_view order = {}) {
+    auto sql = std::string{"SELECT id, parent_id, author, body, start_s, duration_s, colour, resolved "
+                           "FROM comments WHERE sequence_id = ?1"};
+    sql += which;
+    sql += order;
+    return sql;
 }
 
 // Comment ?2 and all that answers it. UNION, not UNION ALL: it ends also when replies run in a circle.
-std::string withTree(std::string const& statement) {
-    return "WITH RECURSIVE tree(id) AS (SELECT ?2 UNION SELECT c.id FROM comments c JOIN tree "
-           "ON c.parent_id = tree.id WHERE c.sequence_id = ?1) " +
-           statement;
+std::string withTree(std::string_view statement) {
+    auto sql =
+        std::string{"WITH RECURSIVE tree(id) AS (SELECT ?2 UNION SELECT c.id FROM comments c JOIN tree "
+                    "ON c.parent_id = tree.id WHERE c.sequence_id = ?1) "};
+    sql += statement;
+    return sql;
 }
 
 // A sequence that no editor ever described was named by a page.
-constexpr char const* FindPagePlace =
+constexpr std::string_view findPagePlaceSql =
     "SELECT s.key FROM sequences s JOIN comments c ON c.sequence_id = s.id AND c.id = ?1 "
     "WHERE s.media_uri IS NULL AND s.key <> ?2";
 
@@ -74,19 +86,17 @@ std::string identifiersAsJson(std::vector<CommentDraft> const& list) {
 CommentStore::CommentStore(Database& theDatabase, SequenceStore& theSequences)
     : database{theDatabase}
     , sequences{theSequences}
-    , upsert{database, upserting()}
-    , touch{database, "UPDATE comments SET updated_at = strftime('%Y-%m-%dT%H:%M:%fZ', 'now') "
-                      "WHERE sequence_id = ?1 AND id = ?2"}
-    , removeOthers{database, "DELETE FROM comments WHERE sequence_id = ?1 AND id NOT IN (SELECT value FROM "
-                             "json_each(?2))"}
+    , upsert{database, upsertSql}
+    , touch{database, touchSql}
+    , removeOthers{database, removeOthersSql}
     , removeAll{database, "DELETE FROM comments WHERE sequence_id = ?1"}
     , removeWithReplies{database, withTree("DELETE FROM comments WHERE sequence_id = ?1 AND id IN tree")}
     , readChildren{database, "SELECT id FROM comments WHERE sequence_id = ?1 AND parent_id = ?2"}
-    , findPagePlace{database, FindPagePlace}
+    , findPagePlace{database, findPagePlaceSql}
     , readPlace{database, "SELECT start_s, position FROM comments WHERE sequence_id = ?1 AND id = ?2"}
-    , readAll{database, selecting(InOrderOfTime)}
-    , readMarkers{database, selecting(" AND parent_id IS NULL") + InOrderOfTime}
-    , readReplies{database, withTree(selecting(" AND id IN tree AND id <> ?2") + InOrderOfTime)}
+    , readAll{database, selecting(inOrderOfTime)}
+    , readMarkers{database, selecting(" AND parent_id IS NULL", inOrderOfTime)}
+    , readReplies{database, withTree(selecting(" AND id IN tree AND id <> ?2", inOrderOfTime))}
     , readOne{database, selecting(" AND id = ?2")}
     , countAll{database, "SELECT count(*) FROM comments"} {}
 
@@ -99,8 +109,10 @@ bool CommentStore::sync(CommentDraft const& draft) {
     if (!list)
         return false;
     removeMissingReplies(sequence, *list);
-    for (auto const& each : *list)
+    for (auto const& each : *list) {
         write(sequence, each, positionOf(sequence, each.comment.id));
+        sequences.raiseLongest(sequence, each.comment.duration);
+    }
     // An answer is news of what it answers.
     if (draft.comment.parentId)
         touch.run(sequence, *draft.comment.parentId);
@@ -110,12 +122,12 @@ bool CommentStore::sync(CommentDraft const& draft) {
     return true;
 }
 
-bool CommentStore::syncAll(std::vector<CommentDraft> const& drafts) {
+bool CommentStore::syncAll(std::vector<CommentDraft> drafts) {
     auto lists = std::map<std::string, List>{};
-    for (auto const& draft : drafts)
-        lists[draft.sequence.value_or(sequences.activeKey())].push_back(draft);
     if (drafts.empty())
         lists[sequences.activeKey()];
+    for (auto& draft : drafts)
+        lists[draft.sequence.value_or(sequences.activeKey())].push_back(std::move(draft));
     auto transaction = Transaction{database};
     auto revisions = std::map<std::string, std::uint64_t>{};
     for (auto& [key, drafted] : lists) {
@@ -156,7 +168,7 @@ void CommentStore::clear() {
     auto const sequence = sequences.find(key);
     if (!sequence || removeAll.run(*sequence) == 0)
         return;
-    sequences.restart(*sequence);
+    sequences.restart(*sequence, 0, 0);
     auto const revision = sequences.bump(*sequence);
     transaction.commit();
     observer(key, revision);
@@ -198,9 +210,13 @@ void CommentStore::write(std::int64_t sequence, CommentDraft const& draft, std::
 
 void CommentStore::writeWhole(std::int64_t sequence, List const& list) {
     removeOthers.run(sequence, identifiersAsJson(list));
-    sequences.restart(sequence);
-    for (auto const& draft : list)
-        write(sequence, draft, sequences.takePosition(sequence));
+    auto position = std::int64_t{0};
+    auto longest = 0.0;
+    for (auto const& draft : list) {
+        write(sequence, draft, position++);
+        longest = std::max(longest, draft.comment.duration);
+    }
+    sequences.restart(sequence, position, longest);
 }
 
 void CommentStore::removeMissingReplies(std::int64_t sequence, List const& list) {
@@ -239,7 +255,7 @@ std::string CommentStore::placeOf(CommentDraft const& draft) {
 // Where a page put it under a key of its own. None when that is in doubt: the wrong comment must not be
 // touched.
 std::optional<std::string> CommentStore::pagePlaceOf(std::string const& id) {
-    auto rows = findPagePlace.query(id, std::string{DefaultSequence});
+    auto rows = findPagePlace.query(id, std::string{defaultSequence});
     if (!rows.next())
         return {};
     auto key = rows.text(0);

@@ -31,7 +31,7 @@ public:
     // Makes the list of each sequence that the drafts name (the active one, where they name none) exactly the
     // drafts. False, and nothing is changed, when one of them lacks a time or an identifier stands twice in
     // one sequence.
-    bool syncAll(std::vector<CommentDraft> const& drafts);
+    bool syncAll(std::vector<CommentDraft> drafts);
 
     // Removes a comment of the active sequence with all that answers it. What a page had put into a sequence
     // of its own naming is found there. Unknown identifiers change nothing.

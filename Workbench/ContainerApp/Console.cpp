@@ -21,7 +21,7 @@ void Console::say(std::string const& line) const {
 }
 
 void Console::tell(std::string const& line) const {
-    if (detail == Detail::Verbose)
+    if (isVerbose())
         say(line);
 }
 

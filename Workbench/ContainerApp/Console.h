@@ -11,6 +11,8 @@ public:
 
     explicit Console(Detail detail);
 
+    [[nodiscard]] bool isVerbose() const { return detail == Detail::Verbose; }
+
     // On standard output.
     void say(std::string const& line) const;
 

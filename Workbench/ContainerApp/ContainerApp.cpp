@@ -1,7 +1,10 @@
 #include "Workbench/ContainerApp/ContainerApp.h"
 
+#include "Workbench/ContainerApp/Elapsed.h"
+
 #include <glib-unix.h>
 
+#include <algorithm>
 #include <csignal>
 #include <utility>
 
@@ -11,17 +14,21 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto FirstRetry = 250ms;
-constexpr auto LongestRetry = 4000ms;
+constexpr auto firstRetry = 250ms;
+constexpr auto longestRetry = 4000ms;
 
 // A bus that stays away this long has ended with its session.
-constexpr auto BusPatience = 30s;
+constexpr auto busPatience = 30s;
 
 // How long an export may go on when the program is told to end: who told it will not wait for long.
-constexpr auto ExportPatience = 1500ms;
+constexpr auto exportPatience = 1500ms;
 
-// The window follows a burst of writes in steps.
-constexpr auto RefreshDelay = 100ms;
+// Without a write for so long the program is idle: the disk may be waited for.
+constexpr auto idleDelay = 1000ms;
+
+// The window follows a burst of writes in steps, and takes at most a tenth of the time: commands come first.
+constexpr auto shortestRefreshDelay = 100ms;
+constexpr auto refreshShare = 10;
 
 int endAsked(void* app) {
     static_cast<ContainerApp*>(app)->requestEnd();
@@ -109,6 +116,7 @@ void ContainerApp::makeWork() {
     store->comments.setObserver([this](std::string const& key, std::uint64_t revision) {
         if (presence)
             presence->markersChanged(key, revision);
+        idleTimer.start(idleDelay, [this] { attempt([this] { store->database.takeLogIn(); }); });
         refresh();
     });
 }
@@ -131,11 +139,7 @@ ExitCode ContainerApp::run() {
     g_main_loop_run(loop.get());
     if (presence)
         presence->drain();
-    try {
-        store->database.checkpoint();
-    } catch (DatabaseError const& error) {
-        console.complain(error.what());
-    }
+    attempt([this] { store->database.emptyLog(); });
     return code;
 }
 
@@ -145,38 +149,38 @@ void ContainerApp::requestEnd() {
     else if (std::exchange(ending, true))
         work->exporter.cancel();
     else
-        patienceTimer.start(ExportPatience, [this] { work->exporter.cancel(); });
+        patienceTimer.start(exportPatience, [this] { work->exporter.cancel(); });
 }
 
 std::unique_ptr<BusPresence> ContainerApp::makePresence() {
     return std::make_unique<BusPresence>(BusPresence::Callbacks{
         .command = [this](Command const& command) { work->handler.handle(command); },
-        .answered = [this](std::string const& line) { console.tell(line); },
+        .answered = console.isVerbose() ? [this](std::string const& line) { console.tell(line); }
+                                        : CommandServer::Observer{},
         .activeSequence = [this](auto const& sequence) { activeSequenceChanged(sequence); },
         .lost = [this] { busLost(); }});
 }
 
 void ContainerApp::announce() {
-    auto const elapsed = std::chrono::steady_clock::now() - begun;
+    auto const elapsed = Clock::now() - begun;
     auto const milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count();
     console.say("database " + options.database + ", " + std::to_string(store->comments.count()) +
                 " comments, ready in " + std::to_string(milliseconds) + " ms");
 }
 
 void ContainerApp::activeSequenceChanged(std::optional<HostSequence> const& sequence) {
-    try {
-        store->sequences.setActive(sequence);
-    } catch (DatabaseError const& error) {
-        complain(error.what());
-    }
+    attempt([&] { store->sequences.setActive(sequence); });
     refresh();
 }
 
 void ContainerApp::exportChanged(ExportState state, std::string const& message) {
+    if (state == ExportState::Running)
+        exportBegunAt = Clock::now();
+    auto const isOver = state == ExportState::Done || state == ExportState::Cancelled;
     if (state == ExportState::Failed)
         complain(message);
     else
-        console.tell(message);
+        console.tell(message + (isOver ? elapsedSince(exportBegunAt) : ""));
     refresh();
     if (ending && state != ExportState::Running)
         quit(ExitCode::Done);
@@ -184,9 +188,9 @@ void ContainerApp::exportChanged(ExportState state, std::string const& message) 
 
 void ContainerApp::busLost() {
     complain("the session bus is gone; trying to find it again");
-    lostAt = std::chrono::steady_clock::now();
+    lostAt = Clock::now();
     presence.reset();
-    reconnectTimer.start(FirstRetry, [this] { reconnect(FirstRetry * 2); });
+    reconnectTimer.start(firstRetry, [this] { reconnect(firstRetry * 2); });
 }
 
 void ContainerApp::reconnect(std::chrono::milliseconds next) {
@@ -203,13 +207,13 @@ void ContainerApp::reconnect(std::chrono::milliseconds next) {
         return;
     }
     presence.reset();
-    if (std::chrono::steady_clock::now() - lostAt > BusPatience) {
+    if (Clock::now() - lostAt > busPatience) {
         complain("the session bus does not come back");
         quit(ExitCode::NoBus);
         return;
     }
     reconnectTimer.start(
-        next, [this, next] { reconnect(std::min(next * 2, std::chrono::milliseconds{LongestRetry})); });
+        next, [this, next] { reconnect(std::min(next * 2, std::chrono::milliseconds{longestRetry})); });
 }
 
 void ContainerApp::complain(std::string const& sentence) {
@@ -218,15 +222,23 @@ void ContainerApp::complain(std::string const& sentence) {
         viewer.complain(sentence);
 }
 
+// For what nobody waits for an answer to.
+void ContainerApp::attempt(std::function<void()> const& task) {
+    try {
+        task();
+    } catch (DatabaseError const& error) {
+        complain(error.what());
+    }
+}
+
 void ContainerApp::refresh() {
     if (!viewer.show || refreshTimer.isPending())
         return;
-    refreshTimer.start(RefreshDelay, [this] {
-        try {
-            viewer.show(readWindowContent(*store));
-        } catch (DatabaseError const& error) {
-            complain(error.what());
-        }
+    refreshTimer.start(refreshDelay, [this] {
+        auto const begunAt = Clock::now();
+        attempt([this] { viewer.show(readWindowContent(*store)); });
+        auto const cost = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begunAt);
+        refreshDelay = std::max<std::chrono::milliseconds>(shortestRefreshDelay, refreshShare * cost);
     });
 }
 

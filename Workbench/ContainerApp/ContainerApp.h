@@ -62,11 +62,14 @@ private:
     void exportChanged(ExportState state, std::string const& message);
     void busLost();
     void reconnect(std::chrono::milliseconds next);
+    void attempt(std::function<void()> const& task);
     void complain(std::string const& sentence);
     void refresh();
     void quit(ExitCode code);
 
-    std::chrono::steady_clock::time_point const begun = std::chrono::steady_clock::now();
+    using Clock = std::chrono::steady_clock;
+
+    Clock::time_point const begun = Clock::now();
     ContainerOptions options;
     Console const& console;
     Viewer viewer;
@@ -74,10 +77,13 @@ private:
     std::unique_ptr<Store> store;
     std::unique_ptr<BusPresence> presence;
     std::unique_ptr<Work> work; // goes first: what it owes is still answered
+    Timer idleTimer;
     Timer refreshTimer;
     Timer reconnectTimer;
     Timer patienceTimer;
-    std::chrono::steady_clock::time_point lostAt;
+    std::chrono::milliseconds refreshDelay{0};
+    Clock::time_point lostAt;
+    Clock::time_point exportBegunAt;
     bool ending = false;
     ExitCode code = ExitCode::Done;
 };

@@ -8,8 +8,8 @@ namespace workbench {
 
 namespace {
 
-constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::string_view LineEnd = "\r\n";
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view lineEnd = "\r\n";
 
 // The shortest digits that read back as the same number, in any locale.
 std::string numberText(double number) {
@@ -43,8 +43,8 @@ CsvWriter::CsvWriter(std::optional<FrameCount> theFrameCount)
     : frameCount{theFrameCount} {}
 
 std::string CsvWriter::header() {
-    return std::string{ByteOrderMark} + "id,timecode,frame,seconds,duration,author,text,resolved" +
-           std::string{LineEnd};
+    return std::string{byteOrderMark} + "id,timecode,frame,seconds,duration,author,text,resolved" +
+           std::string{lineEnd};
 }
 
 std::string CsvWriter::line(Comment const& comment) const {
@@ -57,7 +57,7 @@ std::string CsvWriter::line(Comment const& comment) const {
     }
     line += numberText(comment.start) + ',' + numberText(comment.duration) + ',';
     line += fieldOf(comment.author) + ',' + fieldOf(comment.text) + ',';
-    return line + (comment.resolved ? "true" : "false") + std::string{LineEnd};
+    return line + (comment.resolved ? "true" : "false") + std::string{lineEnd};
 }
 
 } // namespace workbench

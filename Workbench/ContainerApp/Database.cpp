@@ -7,7 +7,10 @@ namespace workbench {
 namespace {
 
 // Long enough for a checkpoint by a person's sqlite3 session, short enough for a command's minute.
-constexpr int BusyMilliseconds = 5000;
+constexpr int busyMilliseconds = 5000;
+
+// One thread needs no locks of its own.
+constexpr int openFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
 
 } // namespace
 
@@ -17,15 +20,14 @@ void Database::Close::operator()(sqlite3* handle) const {
 
 Database::Database(std::string const& file) {
     sqlite3* handle = nullptr;
-    auto const status =
-        sqlite3_open_v2(file.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
+    auto const status = sqlite3_open_v2(file.c_str(), &handle, openFlags, nullptr);
     connection.reset(handle);
     if (status != SQLITE_OK)
         fail("cannot open " + file);
     if (sqlite3_db_readonly(handle, "main") == 1)
         throw DatabaseError("cannot write " + file);
     sqlite3_extended_result_codes(handle, 1);
-    sqlite3_busy_timeout(handle, BusyMilliseconds);
+    sqlite3_busy_timeout(handle, busyMilliseconds);
 }
 
 void Database::execute(std::string const& sql) {
@@ -33,7 +35,11 @@ void Database::execute(std::string const& sql) {
         fail("cannot use the database");
 }
 
-void Database::checkpoint() {
+void Database::takeLogIn() {
+    execute("PRAGMA wal_checkpoint(PASSIVE)");
+}
+
+void Database::emptyLog() {
     execute("PRAGMA wal_checkpoint(TRUNCATE)");
 }
 

@@ -30,7 +30,10 @@ public:
     void execute(std::string const& sql);
 
     // Brings what stands in the write-ahead log into the file itself.
-    void checkpoint();
+    void takeLogIn();
+
+    // The same, and empties the log. Waits for other readers of the file.
+    void emptyLog();
 
     [[noreturn]] void fail(std::string const& whatFailed) const;
 

@@ -12,16 +12,16 @@ namespace workbench {
 
 namespace {
 
-constexpr char const* EditorName = "com.zelvix.fcp.Editor";
-constexpr char const* EditorPath = "/com/zelvix/fcp/Editor";
-constexpr char const* EditorInterface = "com.zelvix.fcp.Editor1";
-constexpr char const* Properties = "org.freedesktop.DBus.Properties";
-constexpr char const* Property = "ActiveSequence";
+constexpr char const* editorName = "com.zelvix.fcp.Editor";
+constexpr char const* editorPath = "/com/zelvix/fcp/Editor";
+constexpr char const* editorInterface = "com.zelvix.fcp.Editor1";
+constexpr char const* propertiesInterface = "org.freedesktop.DBus.Properties";
+constexpr char const* sequenceProperty = "ActiveSequence";
 
-constexpr char const* OwnerRule =
+constexpr char const* ownerRule =
     "type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
     "member='NameOwnerChanged',arg0='com.zelvix.fcp.Editor'";
-constexpr char const* PropertiesRule =
+constexpr char const* propertiesRule =
     "type='signal',path='/com/zelvix/fcp/Editor',interface='org.freedesktop.DBus.Properties',"
     "member='PropertiesChanged',arg0='com.zelvix.fcp.Editor1'";
 
@@ -83,17 +83,17 @@ EditorClient::EditorClient(Bus& theBus, Observer theObserver)
     , observer{std::move(theObserver)} {}
 
 bool EditorClient::follow() {
-    auto const followed = bus.match(OwnerRule, [this](sd_bus_message* message) {
+    auto const followed = bus.match(ownerRule, [this](sd_bus_message* message) {
         ownerChanged(message);
-    }) && bus.match(PropertiesRule, [this](sd_bus_message* message) { propertiesChanged(message); });
+    }) && bus.match(propertiesRule, [this](sd_bus_message* message) { propertiesChanged(message); });
     if (followed)
         ask();
     return followed;
 }
 
 void EditorClient::ask() {
-    auto message = bus.methodCall(EditorName, EditorPath, Properties, "Get");
-    if (!message || sd_bus_message_append(message.get(), "ss", EditorInterface, Property) < 0)
+    auto message = bus.methodCall(editorName, editorPath, propertiesInterface, "Get");
+    if (!message || sd_bus_message_append(message.get(), "ss", editorInterface, sequenceProperty) < 0)
         return;
     asking = true;
     bus.call(std::move(message),
@@ -136,7 +136,7 @@ void EditorClient::propertiesChanged(sd_bus_message* message) {
         char const* property = nullptr;
         if (sd_bus_message_read(message, "s", &property) < 0)
             return;
-        if (std::string{property} == Property) {
+        if (std::string{property} == sequenceProperty) {
             settle(readSequence(message));
             return;
         }

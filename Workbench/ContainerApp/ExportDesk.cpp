@@ -10,7 +10,7 @@ namespace workbench {
 
 namespace {
 
-constexpr char const* Csv = "csv";
+constexpr char const* csvFormat = "csv";
 
 void checkFolder(std::string const& folder) {
     struct stat status{};
@@ -41,7 +41,7 @@ std::optional<std::string> ExportDesk::start(Json const& wanted) {
     auto const read = readExportSettings(wanted);
     if (!read)
         return "one of the export's settings has a value that it cannot have";
-    if (read->format != Csv)
+    if (read->format != csvFormat)
         return "\"" + read->format + "\" is no format that can be exported";
     if (exporter.isRunning())
         return "an export is running already";
@@ -64,7 +64,7 @@ std::string ExportDesk::begin(ExportSettings const& wanted) {
                          .comments = chosen(comments.comments(key), wanted),
                          .onExists = wanted.onExists};
     auto const count = job.comments.size();
-    auto const id = history.begin(sequences.find(key), Csv);
+    auto const id = history.begin(sequences.find(key), csvFormat);
     exporter.start(std::move(job), [this, id](ExportOutcome const& outcome) { finish(id, outcome); });
     return "exporting " + std::to_string(count) + " comments to " + folder + "/" + name;
 }

@@ -6,15 +6,15 @@ namespace workbench {
 
 namespace {
 
-constexpr std::array StateNames{"running", "done", "cancelled", "failed"};
+constexpr std::array stateNames{"running", "done", "cancelled", "failed"};
 
 std::string nameOf(ExportState state) {
-    return StateNames.at(static_cast<std::size_t>(state));
+    return stateNames.at(static_cast<std::size_t>(state));
 }
 
 ExportState stateNamed(std::string const& name) {
     auto state = std::size_t{0};
-    while (name != StateNames.at(state))
+    while (name != stateNames.at(state))
         ++state;
     return static_cast<ExportState>(state);
 }

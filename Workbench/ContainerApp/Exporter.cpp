@@ -8,7 +8,7 @@ namespace workbench {
 namespace {
 
 // Rows are handed to the kernel in pieces of this size.
-constexpr std::size_t PieceSize = 64 * 1024;
+constexpr std::size_t pieceSize = 64 * 1024;
 
 enum class Stage { Writing, Publishing, Cancelled };
 
@@ -25,7 +25,7 @@ bool writeRows(ExportJob& job, std::atomic<Stage> const& stage) {
         if (stage == Stage::Cancelled)
             return false;
         piece += job.writer.line(comment);
-        if (piece.size() < PieceSize)
+        if (piece.size() < pieceSize)
             continue;
         job.file.write(piece);
         piece.clear();

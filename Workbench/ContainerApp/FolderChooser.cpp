@@ -24,7 +24,7 @@ void FolderChooser::answerAll(std::optional<std::string> const& folder) {
     auto const answers = std::exchange(waiting, {});
     try {
         if (folder)
-            settings.set(OutputFolderSetting, *folder);
+            settings.set(outputFolderSetting, *folder);
     } catch (DatabaseError const& error) {
         problem(std::string{"the folder cannot be remembered: "} + error.what());
     }

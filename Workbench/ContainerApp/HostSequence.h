@@ -22,6 +22,6 @@ struct HostSequence {
 };
 
 // The list that comments belong to when nobody names one.
-inline constexpr char const* DefaultSequence = "default";
+inline constexpr char const* defaultSequence = "default";
 
 } // namespace workbench

@@ -18,7 +18,7 @@ namespace workbench {
 namespace {
 
 // The panel's own colours, so that the two windows look like one thing.
-constexpr char const* Style = R"(
+constexpr char const* styleSheet = R"(
 window.container { background-color: rgb(23, 23, 20); color: rgb(232, 230, 224); }
 .container .sequence { font-size: 17px; font-weight: 600; }
 .container .quiet { color: rgb(150, 147, 138); }
@@ -40,9 +40,9 @@ window.container { background-color: rgb(23, 23, 20); color: rgb(232, 230, 224);
 )";
 
 // A comment is shown up to here; its tooltip has the rest.
-constexpr int LinesOfText = 3;
+constexpr int linesOfText = 3;
 
-constexpr auto ProblemIsShownFor = std::chrono::seconds{20};
+constexpr auto problemIsShownFor = std::chrono::seconds{20};
 
 // What stands between the rows that two lists have in common at their beginnings and at their ends.
 struct Difference {
@@ -87,7 +87,7 @@ bool startToolkit() {
     std::setlocale(LC_NUMERIC, "C");
     Gtk::Settings::get_default()->property_gtk_application_prefer_dark_theme() = true;
     auto const provider = Gtk::CssProvider::create();
-    provider->load_from_data(Style);
+    provider->load_from_data(styleSheet);
     Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), provider,
                                                 GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
     return true;
@@ -134,7 +134,7 @@ void MainWindow::showProblem(std::string const& sentence) {
     problem.set_text(shown);
     problem.set_tooltip_text(shown);
     problem.show();
-    problemTimer.start(ProblemIsShownFor, [this] { problem.hide(); });
+    problemTimer.start(problemIsShownFor, [this] { problem.hide(); });
 }
 
 void MainWindow::buildHeading() {
@@ -171,7 +171,7 @@ void MainWindow::addColumn(Glib::ustring const& title, std::string WindowContent
         auto& label = leftAligned(*Gtk::make_managed<Gtk::Label>());
         label.set_valign(Gtk::Align::START);
         label.set_wrap(isText);
-        label.set_lines(isText ? LinesOfText : 1);
+        label.set_lines(isText ? linesOfText : 1);
         if (!isText)
             label.add_css_class(isTime ? "time" : "author");
         item->set_child(label);

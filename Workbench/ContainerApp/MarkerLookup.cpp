@@ -9,7 +9,7 @@ namespace workbench {
 namespace {
 
 // Keeps a marker whose range just touches the window, whatever the last bit of the sums says.
-constexpr double Slack = 1e-6;
+constexpr double slack = 1e-6;
 
 double distanceToRange(MarkerCandidate const& marker, double seconds) {
     return std::max({0.0, marker.start - seconds, seconds - (marker.start + marker.duration)});
@@ -46,7 +46,7 @@ std::optional<Marker> MarkerLookup::at(double seconds, double threshold) {
 std::optional<MarkerCandidate> MarkerLookup::nearest(std::int64_t sequence, double seconds,
                                                      double threshold) {
     auto const from = seconds - threshold;
-    auto const earliestStart = from - sequences.longest(sequence) - Slack;
+    auto const earliestStart = from - sequences.longest(sequence) - slack;
     auto rows = candidates.query(sequence, earliestStart, seconds + threshold, from);
     auto best = std::optional<MarkerCandidate>{};
     while (rows.next()) {

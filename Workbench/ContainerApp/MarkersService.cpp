@@ -11,19 +11,19 @@ namespace workbench {
 
 namespace {
 
-constexpr char const* Path = "/com/zelvix/fcp/Markers";
-constexpr char const* Interface = "com.zelvix.fcp.Markers1";
+constexpr char const* objectPath = "/com/zelvix/fcp/Markers";
+constexpr char const* interfaceName = "com.zelvix.fcp.Markers1";
 
 // A pin shows the beginning of a text; ten thousand whole ones might not fit into one message.
-constexpr long LongestText = 1000;
+constexpr long longestText = 1000;
 
 // Above this the bus does not refuse a message, it disconnects the sender.
-constexpr std::size_t LargestAnswer = 32 * 1024 * 1024;
+constexpr std::size_t largestAnswer = 32 * 1024 * 1024;
 
 std::string beginning(std::string const& text) {
-    auto const longer = g_utf8_strlen(text.c_str(), -1) > LongestText;
+    auto const longer = g_utf8_strlen(text.c_str(), -1) > longestText;
     auto const* end =
-        longer ? g_utf8_offset_to_pointer(text.c_str(), LongestText) : text.c_str() + text.size();
+        longer ? g_utf8_offset_to_pointer(text.c_str(), longestText) : text.c_str() + text.size();
     return text.substr(0, static_cast<std::size_t>(end - text.c_str()));
 }
 
@@ -38,8 +38,8 @@ int appendMarker(sd_bus_message* message, Comment const& marker) {
 std::size_t sizeOf(std::vector<Comment> const& markers) {
     auto size = std::size_t{0};
     for (auto const& marker : markers)
-        size += 256 + marker.id.size() + std::min<std::size_t>(marker.text.size(), 4 * LongestText) +
-                std::min<std::size_t>(marker.author.size(), 4 * LongestText) +
+        size += 256 + marker.id.size() + std::min<std::size_t>(marker.text.size(), 4 * longestText) +
+                std::min<std::size_t>(marker.author.size(), 4 * longestText) +
                 marker.colour.value_or("").size();
     return size;
 }
@@ -83,7 +83,8 @@ sd_bus_vtable const* MarkersService::methods() {
 
 bool MarkersService::publish() {
     sd_bus_slot* slot = nullptr;
-    auto const status = sd_bus_add_object_vtable(bus.handle(), &slot, Path, Interface, methods(), this);
+    auto const status =
+        sd_bus_add_object_vtable(bus.handle(), &slot, objectPath, interfaceName, methods(), this);
     object.reset(slot);
     return status >= 0;
 }
@@ -100,7 +101,7 @@ int MarkersService::getMarkers(sd_bus_message* call) {
         return status;
     try {
         auto const markers = comments.markers(key);
-        if (sizeOf(markers) > LargestAnswer)
+        if (sizeOf(markers) > largestAnswer)
             return sd_bus_reply_method_errorf(call, SD_BUS_ERROR_LIMITS_EXCEEDED,
                                               "The markers do not fit into one message.");
         return send(call, sequences.revision(key), markers);
@@ -111,8 +112,8 @@ int MarkersService::getMarkers(sd_bus_message* call) {
 
 void MarkersService::tellDue() {
     for (auto const& change : throttle.takeDue(std::chrono::steady_clock::now()))
-        sd_bus_emit_signal(bus.handle(), Path, Interface, "MarkersChanged", "st", change.sequenceKey.c_str(),
-                           change.revision);
+        sd_bus_emit_signal(bus.handle(), objectPath, interfaceName, "MarkersChanged", "st",
+                           change.sequenceKey.c_str(), change.revision);
     auto const next = throttle.nextDue();
     if (!next)
         return;

@@ -15,7 +15,7 @@ namespace workbench {
 namespace {
 
 // Leaves room for a number, the extension and the mark of the temporary file in the 255 bytes of a name.
-constexpr std::size_t LongestName = 200;
+constexpr std::size_t longestName = 200;
 
 std::string randomMark() {
     auto device = std::random_device{};
@@ -126,9 +126,9 @@ std::string plainFileName(std::string const& name, std::string const& otherwise,
     plain = trimmed(plain, " .");
     if (hasExtension(plain, extension))
         plain.resize(plain.size() - extension.size());
-    if (plain.size() > LongestName) {
-        auto const* end = g_utf8_find_prev_char(plain.c_str(), plain.c_str() + LongestName + 1);
-        plain.resize(end ? static_cast<std::size_t>(end - plain.c_str()) : LongestName);
+    if (plain.size() > longestName) {
+        auto const* end = g_utf8_find_prev_char(plain.c_str(), plain.c_str() + longestName + 1);
+        plain.resize(end ? static_cast<std::size_t>(end - plain.c_str()) : longestName);
     }
     return (plain.empty() ? otherwise : plain) + extension;
 }

@@ -11,11 +11,11 @@ namespace workbench {
 namespace {
 
 // "ZLVX": how the `file` command and we ourselves know our own databases.
-constexpr std::int64_t ApplicationId = 0x5A4C5658;
+constexpr std::int64_t applicationId = 0x5A4C5658;
 
 // `longest_s` and `next_position` are kept beside the list so that a write and a marker lookup never walk it.
 // The time index holds all that the choice of a marker looks at; replies are no markers and stay out of it.
-constexpr char const* FirstStep = R"(
+constexpr char const* firstStep = R"(
 CREATE TABLE sequences(
     id INTEGER PRIMARY KEY,
     key TEXT NOT NULL UNIQUE CHECK(key <> ''),
@@ -64,7 +64,7 @@ CREATE TABLE settings(
 ) STRICT, WITHOUT ROWID;
 )";
 
-constexpr std::array Steps{FirstStep};
+constexpr std::array allSteps{firstStep};
 
 std::int64_t number(Database& database, char const* sql) {
     return Statement{database, sql}.number();
@@ -76,7 +76,7 @@ std::int64_t version(Database& database) {
 
 void refuseStrangers(Database& database, std::int64_t known) {
     auto const made = version(database);
-    auto const isOurs = number(database, "PRAGMA application_id") == ApplicationId;
+    auto const isOurs = number(database, "PRAGMA application_id") == applicationId;
     if (!isOurs && (made != 0 || number(database, "SELECT count(*) FROM sqlite_schema") != 0))
         throw DatabaseError("the database belongs to another program; it is left as it is");
     if (made > known)
@@ -91,7 +91,7 @@ void runStep(Database& database, std::span<char const* const> steps) {
     auto const made = static_cast<std::size_t>(version(database));
     if (made < steps.size()) {
         database.execute(steps[made]);
-        database.execute("PRAGMA application_id = " + std::to_string(ApplicationId));
+        database.execute("PRAGMA application_id = " + std::to_string(applicationId));
         database.execute("PRAGMA user_version = " + std::to_string(made + 1));
     }
     transaction.commit();
@@ -100,15 +100,18 @@ void runStep(Database& database, std::span<char const* const> steps) {
 } // namespace
 
 std::span<char const* const> schemaSteps() {
-    return Steps;
+    return allSteps;
 }
 
 void prepareSchema(Database& database, std::span<char const* const> steps) {
     auto const known = static_cast<std::int64_t>(steps.size());
     refuseStrangers(database, known);
-    // Sorting in memory: reading must go on when there is no space left for temporary files.
+    // NORMAL: what was answered outlives every end of the program; a power failure may take the last moments,
+    // never the file. FULL would hold each answer back for the disk, some 8 ms. The program takes the log in
+    // when it is idle; only a log of some 40 MB is taken in by a write. Sorting in memory: reading must go on
+    // when there is no space left for temporary files.
     database.execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON; "
-                     "PRAGMA temp_store = MEMORY");
+                     "PRAGMA temp_store = MEMORY; PRAGMA wal_autocheckpoint = 10000");
     while (version(database) < known)
         runStep(database, steps);
 }

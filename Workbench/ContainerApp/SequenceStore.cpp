@@ -17,7 +17,7 @@ SequenceStore::SequenceStore(Database& database)
                                "RETURNING next_position - 1"}
     , updateLongest{database, "UPDATE sequences SET longest_s = ?2 WHERE id = ?1 AND longest_s < ?2"}
     , readLongest{database, "SELECT longest_s FROM sequences WHERE id = ?1"}
-    , resetList{database, "UPDATE sequences SET next_position = 0, longest_s = 0 WHERE id = ?1"} {}
+    , resetList{database, "UPDATE sequences SET next_position = ?2, longest_s = ?3 WHERE id = ?1"} {}
 
 void SequenceStore::setActive(std::optional<HostSequence> sequence) {
     active = std::move(sequence);
@@ -26,7 +26,7 @@ void SequenceStore::setActive(std::optional<HostSequence> sequence) {
 }
 
 std::string SequenceStore::activeKey() const {
-    return active ? active->key : DefaultSequence;
+    return active ? active->key : defaultSequence;
 }
 
 std::optional<std::int64_t> SequenceStore::find(std::string const& key) {
@@ -92,8 +92,8 @@ double SequenceStore::longest(std::int64_t sequence) {
     return rows.next() ? rows.real(0) : 0;
 }
 
-void SequenceStore::restart(std::int64_t sequence) {
-    resetList.run(sequence);
+void SequenceStore::restart(std::int64_t sequence, std::int64_t nextPosition, double longestDuration) {
+    resetList.run(sequence, nextPosition, longestDuration);
 }
 
 } // namespace workbench

@@ -42,8 +42,9 @@ public:
     void raiseLongest(std::int64_t sequence, double duration);
     [[nodiscard]] double longest(std::int64_t sequence);
 
-    // The list is about to be written anew. Within the caller's transaction.
-    void restart(std::int64_t sequence);
+    // The list was written anew: what `takePosition` gives next and what `longest` says. Within the caller's
+    // transaction.
+    void restart(std::int64_t sequence, std::int64_t nextPosition, double longestDuration);
 
 private:
     [[nodiscard]] std::optional<HostSequence> stored(std::string const& key);

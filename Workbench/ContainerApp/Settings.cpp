@@ -21,7 +21,7 @@ void Settings::set(std::string const& key, std::string const& value) {
 }
 
 std::string outputFolder(Settings& settings) {
-    if (auto const chosen = settings.value(OutputFolderSetting))
+    if (auto const chosen = settings.value(outputFolderSetting))
         return *chosen;
     auto const* documents = g_get_user_special_dir(G_USER_DIRECTORY_DOCUMENTS);
     auto folder = documents ? std::string{documents} : std::string{g_get_home_dir()} + "/Documents";

@@ -21,7 +21,7 @@ private:
 };
 
 // The folder for exports that was chosen last.
-inline constexpr char const* OutputFolderSetting = "outputFolder";
+inline constexpr char const* outputFolderSetting = "outputFolder";
 
 // The folder for exports: the one that was chosen last, else the user's Documents, made when it is missing.
 [[nodiscard]] std::string outputFolder(Settings& settings);

@@ -10,14 +10,14 @@ namespace workbench {
 namespace {
 
 // The comments are nobody else's affair.
-constexpr auto FolderPermissions = std::filesystem::perms::owner_all;
+constexpr auto folderPermissions = std::filesystem::perms::owner_all;
 
 std::string const& withFolder(std::string const& file) {
     auto const folder = std::filesystem::path{file}.parent_path();
     auto error = std::error_code{};
     if (folder.empty() || !std::filesystem::create_directories(folder, error))
         return file;
-    std::filesystem::permissions(folder, FolderPermissions, error);
+    std::filesystem::permissions(folder, folderPermissions, error);
     return file;
 }
 

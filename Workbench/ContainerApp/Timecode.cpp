@@ -11,7 +11,7 @@ namespace workbench {
 
 namespace {
 
-constexpr double EditorTick = 1.0 / 600;
+constexpr double editorTick = 1.0 / 600;
 
 // What a second's labels count to: 24 at 24000/1001.
 std::int64_t labelsPerSecond(FrameRate rate) {
@@ -61,7 +61,7 @@ std::optional<std::array<std::int64_t, 4>> readFields(std::string_view label) {
 } // namespace
 
 std::int64_t frameAt(double seconds, FrameRate rate) {
-    auto const frame = std::floor((seconds + EditorTick) * static_cast<double>(rate.numerator) /
+    auto const frame = std::floor((seconds + editorTick) * static_cast<double>(rate.numerator) /
                                   static_cast<double>(rate.denominator));
     return frame > 0 ? static_cast<std::int64_t>(std::min(frame, 9.0e15)) : 0;
 }

@@ -12,7 +12,7 @@ namespace workbench {
 
 namespace {
 
-constexpr int NewestExports = 20;
+constexpr int newestExports = 20;
 
 struct UnrefTime {
     void operator()(GDateTime* time) const { g_date_time_unref(time); }
@@ -99,7 +99,7 @@ WindowContent readWindowContent(Store& store) {
                                     .text = comment.text,
                                     .isReply = comment.parentId.has_value(),
                                     .isResolved = comment.resolved});
-    for (auto const& record : store.exports.newest(NewestExports))
+    for (auto const& record : store.exports.newest(newestExports))
         content.exports.push_back({.time = localTimeOfDay(record.startedAt),
                                    .text = describeExport(record),
                                    .state = record.state});

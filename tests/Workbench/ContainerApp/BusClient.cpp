@@ -11,15 +11,15 @@ namespace workbench {
 
 namespace {
 
-constexpr char const* Container = "com.zelvix.fcp.Container";
-constexpr char const* MarkersPath = "/com/zelvix/fcp/Markers";
-constexpr char const* MarkersInterface = "com.zelvix.fcp.Markers1";
-constexpr std::uint64_t Microseconds = 20'000'000; // of patience
+constexpr char const* containerName = "com.zelvix.fcp.Container";
+constexpr char const* markersPath = "/com/zelvix/fcp/Markers";
+constexpr char const* markersInterface = "com.zelvix.fcp.Markers1";
+constexpr std::uint64_t patienceMicroseconds = 20'000'000; // of patience
 
 BusMessage call(Bus& bus, BusMessage const& message, std::string& error) {
     sd_bus_message* answer = nullptr;
     auto problem = sd_bus_error{};
-    sd_bus_call(bus.handle(), message.get(), Microseconds, &problem, &answer);
+    sd_bus_call(bus.handle(), message.get(), patienceMicroseconds, &problem, &answer);
     error = problem.name ? problem.name : "";
     sd_bus_error_free(&problem);
     return BusMessage{answer};
@@ -96,14 +96,14 @@ std::size_t BusClient::answerCount() const {
 void BusClient::settle() {
     auto error = std::string{};
     std::ignore =
-        call(*bus, bus->methodCall(Container, MarkersPath, "org.freedesktop.DBus.Peer", "Ping"), error);
+        call(*bus, bus->methodCall(containerName, markersPath, "org.freedesktop.DBus.Peer", "Ping"), error);
     EXPECT_EQ("", error);
     while (sd_bus_process(bus->handle(), nullptr) > 0) {
     }
 }
 
 bool BusClient::waitFor(std::function<bool()> const& condition) {
-    auto const deadline = std::chrono::steady_clock::now() + std::chrono::microseconds{Microseconds};
+    auto const deadline = std::chrono::steady_clock::now() + std::chrono::microseconds{patienceMicroseconds};
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline)
             return false;
@@ -114,7 +114,7 @@ bool BusClient::waitFor(std::function<bool()> const& condition) {
 }
 
 Json BusClient::markers(std::string const& sequenceKey) {
-    auto const message = bus->methodCall(Container, MarkersPath, MarkersInterface, "GetMarkers");
+    auto const message = bus->methodCall(containerName, markersPath, markersInterface, "GetMarkers");
     sd_bus_message_append(message.get(), "s", sequenceKey.c_str());
     auto error = std::string{};
     auto const answer = call(*bus, message, error);

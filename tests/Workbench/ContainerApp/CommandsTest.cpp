@@ -9,9 +9,9 @@ namespace {
 
 using CommandsTest = ContainerFixture;
 
-Json const Yes = true;
-Json const No = false;
-Json const None = nullptr;
+Json const yes = true;
+Json const no = false;
+Json const none = nullptr;
 
 Json comment(std::string const& id, double seconds) {
     return {{"id", id}, {"seconds", seconds}, {"text", "text of " + id}};
@@ -66,7 +66,7 @@ private:
 } // namespace
 
 TEST_F(CommandsTest, SyncCommentKeepsAComment) {
-    EXPECT_EQ(Yes, sync(comment("a", 12.5)));
+    EXPECT_EQ(yes, sync(comment("a", 12.5)));
     EXPECT_EQ("a|12.5|text of a\n", sql("SELECT id, start_s, body FROM comments"));
 }
 
@@ -75,7 +75,7 @@ TEST_F(CommandsTest, SyncCommentKeepsThePagesMessageWithoutItsEnvelope) {
     message["command"] = "syncComment";
     message["resolveId"] = "7";
     message["drawing"] = {{"points", {1, 2, 3}}, {"filled", false}, {"label", nullptr}};
-    EXPECT_EQ(Yes, sync(message));
+    EXPECT_EQ(yes, sync(message));
     auto kept = message;
     kept.erase("command");
     kept.erase("resolveId");
@@ -83,56 +83,56 @@ TEST_F(CommandsTest, SyncCommentKeepsThePagesMessageWithoutItsEnvelope) {
 }
 
 TEST_F(CommandsTest, SyncCommentRefusesWhatHasNoIdentifierOrTime) {
-    EXPECT_EQ(No, sync({{"seconds", 1}}));
-    EXPECT_EQ(No, sync({{"id", "a"}}));
-    EXPECT_EQ(No, sync({{"id", "a"}, {"seconds", "1"}}));
-    EXPECT_EQ(No, sync({{"id", "a"}, {"seconds", -1}}));
-    EXPECT_EQ(No, sync("a"));
-    EXPECT_EQ(No, sync(nullptr));
-    EXPECT_EQ(No, client.request("syncComment"));
+    EXPECT_EQ(no, sync({{"seconds", 1}}));
+    EXPECT_EQ(no, sync({{"id", "a"}}));
+    EXPECT_EQ(no, sync({{"id", "a"}, {"seconds", "1"}}));
+    EXPECT_EQ(no, sync({{"id", "a"}, {"seconds", -1}}));
+    EXPECT_EQ(no, sync("a"));
+    EXPECT_EQ(no, sync(nullptr));
+    EXPECT_EQ(no, client.request("syncComment"));
     EXPECT_EQ("0\n", sql("SELECT count(*) FROM comments"));
 }
 
 TEST_F(CommandsTest, DeleteCommentIsTrueAlsoForUnknownOnes) {
-    ASSERT_EQ(Yes, sync(comment("a", 1)));
-    EXPECT_EQ(Yes, client.request("deleteComment", {{"commentId", "a"}}));
-    EXPECT_EQ(Yes, client.request("deleteComment", {{"commentId", "a"}}));
-    EXPECT_EQ(Yes, client.request("deleteComment", {{"commentId", "never heard of"}}));
+    ASSERT_EQ(yes, sync(comment("a", 1)));
+    EXPECT_EQ(yes, client.request("deleteComment", {{"commentId", "a"}}));
+    EXPECT_EQ(yes, client.request("deleteComment", {{"commentId", "a"}}));
+    EXPECT_EQ(yes, client.request("deleteComment", {{"commentId", "never heard of"}}));
     EXPECT_EQ("0\n", sql("SELECT count(*) FROM comments"));
 }
 
 TEST_F(CommandsTest, DeleteCommentRefusesWhatIsNoIdentifier) {
-    EXPECT_EQ(No, client.request("deleteComment"));
-    EXPECT_EQ(No, client.request("deleteComment", {{"commentId", ""}}));
-    EXPECT_EQ(No, client.request("deleteComment", {{"commentId", Json::array({"a"})}}));
-    EXPECT_EQ(No, client.request("deleteComment", {{"commentId", nullptr}}));
+    EXPECT_EQ(no, client.request("deleteComment"));
+    EXPECT_EQ(no, client.request("deleteComment", {{"commentId", ""}}));
+    EXPECT_EQ(no, client.request("deleteComment", {{"commentId", Json::array({"a"})}}));
+    EXPECT_EQ(no, client.request("deleteComment", {{"commentId", nullptr}}));
 }
 
 TEST_F(CommandsTest, SyncAllCommentsReplacesTheList) {
-    ASSERT_EQ(Yes, sync(comment("a", 1)));
-    EXPECT_EQ(Yes, client.request("syncAllComments", {{"comments", {comment("b", 2), comment("c", 1)}}}));
+    ASSERT_EQ(yes, sync(comment("a", 1)));
+    EXPECT_EQ(yes, client.request("syncAllComments", {{"comments", {comment("b", 2), comment("c", 1)}}}));
     EXPECT_EQ("b\nc\n", sql("SELECT id FROM comments ORDER BY position"));
-    EXPECT_EQ(Yes, client.request("syncAllComments", {{"comments", Json::array()}}));
+    EXPECT_EQ(yes, client.request("syncAllComments", {{"comments", Json::array()}}));
     EXPECT_EQ("0\n", sql("SELECT count(*) FROM comments"));
 }
 
 TEST_F(CommandsTest, SyncAllCommentsKeepsTheOldListWhenOneEntryIsInvalid) {
-    ASSERT_EQ(Yes, sync(comment("a", 1)));
+    ASSERT_EQ(yes, sync(comment("a", 1)));
     for (auto const& entry :
          {Json{{"id", "x"}}, Json{{"seconds", 1}}, Json("x"), Json(nullptr), comment("b", 2)})
-        EXPECT_EQ(No, client.request("syncAllComments", {{"comments", {comment("b", 2), entry}}})) << entry;
-    EXPECT_EQ(No, client.request("syncAllComments", {{"comments", "b"}}));
-    EXPECT_EQ(No, client.request("syncAllComments"));
+        EXPECT_EQ(no, client.request("syncAllComments", {{"comments", {comment("b", 2), entry}}})) << entry;
+    EXPECT_EQ(no, client.request("syncAllComments", {{"comments", "b"}}));
+    EXPECT_EQ(no, client.request("syncAllComments"));
     EXPECT_EQ("a\n", sql("SELECT id FROM comments"));
 }
 
 TEST_F(CommandsTest, ClearAllMarkersEmptiesTheActiveSequence) {
-    ASSERT_EQ(Yes, sync(comment("a", 1)));
+    ASSERT_EQ(yes, sync(comment("a", 1)));
     auto elsewhere = comment("b", 1);
     elsewhere["sequenceId"] = "other";
-    ASSERT_EQ(Yes, sync(elsewhere));
-    EXPECT_EQ(Yes, client.request("clearAllMarkers"));
-    EXPECT_EQ(Yes, client.request("clearAllMarkers"));
+    ASSERT_EQ(yes, sync(elsewhere));
+    EXPECT_EQ(yes, client.request("clearAllMarkers"));
+    EXPECT_EQ(yes, client.request("clearAllMarkers"));
     EXPECT_EQ("b\n", sql("SELECT id FROM comments"));
 }
 
@@ -143,7 +143,7 @@ TEST_F(CommandsTest, GetMarkerAtTimeDescribesTheMarker) {
     marked["color"] = "#f2762e";
     marked["completed"] = true;
     marked["replies"] = {{{"id", "r"}, {"text", "yes"}, {"author", "Ben"}}};
-    ASSERT_EQ(Yes, sync(marked));
+    ASSERT_EQ(yes, sync(marked));
     auto const expected =
         Json{{"id", "a"},
              {"text", "text of a"},
@@ -157,26 +157,26 @@ TEST_F(CommandsTest, GetMarkerAtTimeDescribesTheMarker) {
 }
 
 TEST_F(CommandsTest, GetMarkerAtTimeIsNullWithoutAMarker) {
-    ASSERT_EQ(Yes, sync(comment("a", 12.5)));
-    EXPECT_EQ(None, markerAt(20));
-    EXPECT_EQ(None, client.request("getMarkerAtTime"));
-    EXPECT_EQ(None, client.request("getMarkerAtTime", {{"seconds", "12.5"}}));
-    EXPECT_EQ(None, client.request("getMarkerAtTime", {{"seconds", true}}));
-    EXPECT_EQ(None,
+    ASSERT_EQ(yes, sync(comment("a", 12.5)));
+    EXPECT_EQ(none, markerAt(20));
+    EXPECT_EQ(none, client.request("getMarkerAtTime"));
+    EXPECT_EQ(none, client.request("getMarkerAtTime", {{"seconds", "12.5"}}));
+    EXPECT_EQ(none, client.request("getMarkerAtTime", {{"seconds", true}}));
+    EXPECT_EQ(none,
               client.request("getMarkerAtTime", {{"seconds", std::numeric_limits<double>::quiet_NaN()}}));
 }
 
 TEST_F(CommandsTest, GetMarkerAtTimeHasAToleranceOfItsOwn) {
-    ASSERT_EQ(Yes, sync(comment("a", 12.5)));
+    ASSERT_EQ(yes, sync(comment("a", 12.5)));
     EXPECT_EQ("a", client.request("getMarkerAtTime", {{"seconds", 13}}).at("id"));
-    EXPECT_EQ(None, client.request("getMarkerAtTime", {{"seconds", 13.1}}));
+    EXPECT_EQ(none, client.request("getMarkerAtTime", {{"seconds", 13.1}}));
 }
 
 TEST_F(CommandsTest, OpenURLHandsLinksToTheDesktop) {
     auto handler = LinkHandler{};
     for (auto const* link :
          {"https://review.example.com/a?b=%zz#c", "HTTP://example.com", "mailto:ana@example.com"}) {
-        EXPECT_EQ(Yes, client.request("openURL", {{"url", link}})) << link;
+        EXPECT_EQ(yes, client.request("openURL", {{"url", link}})) << link;
         EXPECT_EQ(link, handler.takeOpened());
     }
 }
@@ -187,26 +187,26 @@ TEST_F(CommandsTest, OpenURLOpensNothingElse) {
          {"ftp://example.com/", "file:///etc/passwd", "javascript:alert(1)", "about:blank", "/etc/passwd",
           "example.com", "", "http:", "http://", "http:///etc/passwd", "https:evil", " https://example.com",
           "https://example.com/\nX", "data:text/html,x", "x-scheme:y", "httpx://example.com"})
-        EXPECT_EQ(No, client.request("openURL", {{"url", link}})) << link;
-    EXPECT_EQ(No, client.request("openURL", {{"url", 7}}));
-    EXPECT_EQ(No, client.request("openURL"));
-    EXPECT_EQ(Yes, client.request("openURL", {{"url", "https://example.com/last"}}));
+        EXPECT_EQ(no, client.request("openURL", {{"url", link}})) << link;
+    EXPECT_EQ(no, client.request("openURL", {{"url", 7}}));
+    EXPECT_EQ(no, client.request("openURL"));
+    EXPECT_EQ(yes, client.request("openURL", {{"url", "https://example.com/last"}}));
     EXPECT_EQ("https://example.com/last", handler.takeOpened());
     EXPECT_EQ("open", handler.names());
 }
 
 TEST_F(CommandsTest, OpenURLIsFalseWhenNothingOpensLinks) {
-    EXPECT_EQ(No, client.request("openURL", {{"url", "https://example.com/"}}));
+    EXPECT_EQ(no, client.request("openURL", {{"url", "https://example.com/"}}));
 }
 
 TEST_F(CommandsTest, SelectOutputFolderIsNullWithoutAWindow) {
-    EXPECT_EQ(None, client.request("selectOutputFolder"));
+    EXPECT_EQ(none, client.request("selectOutputFolder"));
 }
 
 TEST_F(CommandsTest, UnknownCommandsAreAnsweredFalse) {
-    EXPECT_EQ(No, client.request("makeCoffee"));
-    EXPECT_EQ(No, client.request("synccomment", {{"comment", comment("a", 1)}}));
-    EXPECT_EQ(No, client.request(""));
+    EXPECT_EQ(no, client.request("makeCoffee"));
+    EXPECT_EQ(no, client.request("synccomment", {{"comment", comment("a", 1)}}));
+    EXPECT_EQ(no, client.request(""));
     EXPECT_EQ("0\n", sql("SELECT count(*) FROM comments"));
 }
 
@@ -218,18 +218,18 @@ TEST_F(CommandsTest, AnswersManyCommandsEachUnderItsOwnIdentifier) {
     client.settle();
     EXPECT_EQ(500U, client.answerCount());
     for (auto const& requestId : sent)
-        EXPECT_EQ(std::vector{Yes}, client.answers(requestId));
+        EXPECT_EQ(std::vector{yes}, client.answers(requestId));
     EXPECT_EQ("500\n", sql("SELECT count(*) FROM comments"));
 }
 
 TEST_F(CommandsTest, FollowsTheEditorsActiveSequence) {
     auto editor = EditorDouble{sequenceNamed("one")};
     ASSERT_TRUE(editor.waitFor([&] { return editor.questions() == 1; }));
-    EXPECT_EQ(Yes, sync(comment("a", 1)));
+    EXPECT_EQ(yes, sync(comment("a", 1)));
     editor.setSequence(sequenceNamed("two"), EditorDouble::News::WithValue);
     client.settle();
-    EXPECT_EQ(None, markerAt(1));
-    EXPECT_EQ(Yes, sync(comment("b", 1)));
+    EXPECT_EQ(none, markerAt(1));
+    EXPECT_EQ(yes, sync(comment("b", 1)));
     editor.setSequence(sequenceNamed("one"), EditorDouble::News::WithValue);
     client.settle();
     EXPECT_EQ("a", markerAt(1).at("id"));
@@ -244,7 +244,7 @@ TEST_F(CommandsTest, AsksAnEditorThatTellsOnlyThatSomethingChanged) {
     ASSERT_TRUE(editor.waitFor([&] { return editor.questions() == 1; }));
     editor.setSequence(sequenceNamed("two"), EditorDouble::News::WithoutValue);
     ASSERT_TRUE(editor.waitFor([&] { return editor.questions() == 2; }));
-    EXPECT_EQ(Yes, sync(comment("b", 1)));
+    EXPECT_EQ(yes, sync(comment("b", 1)));
     EXPECT_EQ("two\n", sql("SELECT key FROM sequences"));
 }
 
@@ -257,7 +257,7 @@ TEST_F(CommandsTest, HoldsCommandsUntilTheEditorHasToldItsSequence) {
     EXPECT_EQ(0U, client.answerCount());
     ASSERT_TRUE(editor.waitFor([&] { return editor.questions() == 1; }));
     ASSERT_TRUE(client.waitFor([&] { return client.answerCount() == 2; }));
-    EXPECT_EQ(std::vector{Yes}, client.answers(first));
+    EXPECT_EQ(std::vector{yes}, client.answers(first));
     EXPECT_EQ("one|2\n", sql("SELECT key, revision FROM sequences"));
 }
 
@@ -277,7 +277,7 @@ TEST_F(CommandsTest, GoesOnWhenAnEditorGoesBeforeItHasAnswered) {
 TEST_F(CommandsTest, FallsBackToTheDefaultListWithoutASequence) {
     auto editor = EditorDouble{std::nullopt};
     ASSERT_TRUE(editor.waitFor([&] { return editor.questions() == 1; }));
-    EXPECT_EQ(Yes, sync(comment("a", 1)));
+    EXPECT_EQ(yes, sync(comment("a", 1)));
     EXPECT_EQ("default\n", sql("SELECT key FROM sequences"));
 }
 

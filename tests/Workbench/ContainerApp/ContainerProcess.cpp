@@ -46,8 +46,8 @@ bool waitUntil(std::function<bool()> const& condition, std::chrono::seconds pati
 }
 
 ContainerProcess::ContainerProcess(std::vector<std::string> arguments, ProcessLimits limits) {
-    arguments.insert(arguments.begin(), CONTAINER_PROGRAM);
-    auto pointers = std::vector<char*>{};
+    auto program = std::string{CONTAINER_PROGRAM};
+    auto pointers = std::vector<char*>{program.data()};
     for (auto& argument : arguments)
         pointers.push_back(argument.data());
     pointers.push_back(nullptr);

@@ -11,11 +11,11 @@
 
 namespace workbench {
 
-inline constexpr auto Patience = std::chrono::seconds{20};
+inline constexpr auto usualPatience = std::chrono::seconds{20};
 
 // Waits until `condition` holds; false when it does not in time.
 [[nodiscard]] bool waitUntil(std::function<bool()> const& condition,
-                             std::chrono::seconds patience = Patience);
+                             std::chrono::seconds patience = usualPatience);
 
 struct ProcessLimits {
     bool obeysPermissions = false; // also where the tests run as root
@@ -37,7 +37,7 @@ public:
     void signal(int number) const;
 
     // Waits for the end: the exit code, or minus the signal's number.
-    [[nodiscard]] int wait(std::chrono::seconds patience = Patience);
+    [[nodiscard]] int wait(std::chrono::seconds patience = usualPatience);
 
     [[nodiscard]] pid_t pid() const { return process; }
 

@@ -8,7 +8,7 @@ namespace workbench {
 
 namespace {
 
-constexpr auto Bom = "\xEF\xBB\xBF";
+constexpr auto byteOrderMark = "\xEF\xBB\xBF";
 
 Comment comment(std::string const& text, double start = 12.5) {
     auto made = Comment{};
@@ -36,7 +36,7 @@ Json readByPython(std::string const& csv) {
 } // namespace
 
 TEST(CsvWriter, BeginsWithAByteOrderMarkAndTheNamesOfTheColumns) {
-    EXPECT_EQ(std::string{Bom} + "id,timecode,frame,seconds,duration,author,text,resolved\r\n",
+    EXPECT_EQ(std::string{byteOrderMark} + "id,timecode,frame,seconds,duration,author,text,resolved\r\n",
               CsvWriter::header());
 }
 

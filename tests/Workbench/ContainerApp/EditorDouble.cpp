@@ -9,8 +9,8 @@ namespace workbench {
 
 namespace {
 
-constexpr char const* Path = "/com/zelvix/fcp/Editor";
-constexpr char const* Interface = "com.zelvix.fcp.Editor1";
+constexpr char const* editorPath = "/com/zelvix/fcp/Editor";
+constexpr char const* editorInterface = "com.zelvix.fcp.Editor1";
 
 int appendSequence(sd_bus_message* message, std::optional<HostSequence> const& sequence) {
     if (!sequence)
@@ -41,15 +41,15 @@ EditorDouble::EditorDouble(std::optional<HostSequence> theSequence)
     auto problem = std::string{};
     bus = Bus::open(problem);
     sd_bus_slot* slot = nullptr;
-    EXPECT_GE(sd_bus_add_object_vtable(bus->handle(), &slot, Path, Interface, table, this), 0);
+    EXPECT_GE(sd_bus_add_object_vtable(bus->handle(), &slot, editorPath, editorInterface, table, this), 0);
     object.reset(slot);
     EXPECT_EQ(Bus::Name::Owned, bus->requestName("com.zelvix.fcp.Editor"));
 }
 
 void EditorDouble::setSequence(std::optional<HostSequence> theSequence, News news) {
     sequence = std::move(theSequence);
-    auto const message = bus->signal(Path, "org.freedesktop.DBus.Properties", "PropertiesChanged");
-    sd_bus_message_append(message.get(), "s", Interface);
+    auto const message = bus->signal(editorPath, "org.freedesktop.DBus.Properties", "PropertiesChanged");
+    sd_bus_message_append(message.get(), "s", editorInterface);
     sd_bus_message_open_container(message.get(), 'a', "{sv}");
     if (news == News::WithValue) {
         sd_bus_message_open_container(message.get(), 'e', "sv");

@@ -242,7 +242,7 @@ TEST_F(ExportDeskTest, TakesThePagesRateOnlyWhenNobodyKnowsABetterOne) {
     EXPECT_EQ(CsvWriter::header() + "a,00:59:56:09,86313,3600,0,,,false\r\n",
               exported(settings({{"frameRate", 23.98}})));
     auto sequence = HostSequence{};
-    sequence.key = DefaultSequence;
+    sequence.key = defaultSequence;
     sequence.rate = FrameRate{25, 1};
     store.sequences.setActive(sequence);
     EXPECT_EQ(CsvWriter::header() + "a,01:00:00:00,90000,3600,0,,,false\r\n",
@@ -310,14 +310,14 @@ TEST_F(ExportDeskTest, SaysWhyItRefuses) {
 }
 
 TEST_F(ExportDeskTest, TakesTheFolderThatWasChosenLast) {
-    store.settings.set(OutputFolderSetting, folder.path());
+    store.settings.set(outputFolderSetting, folder.path());
     EXPECT_EQ("started", refusal({{"format", "csv"}}));
     ASSERT_TRUE(queue.runOne());
     EXPECT_EQ("comments.csv", folder.names());
 }
 
 TEST_F(ExportDeskTest, RefusesToWriteElsewhereWhenTheChosenFolderHasGone) {
-    store.settings.set(OutputFolderSetting, folder / "gone");
+    store.settings.set(outputFolderSetting, folder / "gone");
     EXPECT_EQ("there is no folder " + folder / "gone", refusal({{"format", "csv"}}));
 }
 

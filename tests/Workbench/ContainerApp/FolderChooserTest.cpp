@@ -39,15 +39,15 @@ TEST_F(FolderChooserTest, AnswersTheChosenFolderAndRemembersIt) {
     EXPECT_EQ("", answers);
     respond("/films");
     EXPECT_EQ("/films ", answers);
-    EXPECT_EQ("/films", store.settings.value(OutputFolderSetting));
+    EXPECT_EQ("/films", store.settings.value(outputFolderSetting));
 }
 
 TEST_F(FolderChooserTest, AnswersNoneWhenThePersonChoosesNone) {
-    store.settings.set(OutputFolderSetting, "/old");
+    store.settings.set(outputFolderSetting, "/old");
     choose();
     respond(std::nullopt);
     EXPECT_EQ("none ", answers);
-    EXPECT_EQ("/old", store.settings.value(OutputFolderSetting));
+    EXPECT_EQ("/old", store.settings.value(outputFolderSetting));
 }
 
 TEST_F(FolderChooserTest, BeginsInTheFolderThatWasChosenLast) {

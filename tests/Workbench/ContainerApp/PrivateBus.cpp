@@ -16,7 +16,7 @@ namespace workbench {
 
 namespace {
 
-constexpr char const* Variable = "DBUS_SESSION_BUS_ADDRESS";
+constexpr char const* variable = "DBUS_SESSION_BUS_ADDRESS";
 
 bool isListening(std::string const& socketFile) {
     auto const descriptor = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -32,14 +32,14 @@ bool isListening(std::string const& socketFile) {
 } // namespace
 
 PrivateBus::PrivateBus()
-    : before{std::getenv(Variable) ? std::getenv(Variable) : ""} {
-    ::setenv(Variable, ("unix:path=" + folder / "bus").c_str(), 1);
+    : before{std::getenv(variable) ? std::getenv(variable) : ""} {
+    ::setenv(variable, ("unix:path=" + folder / "bus").c_str(), 1);
     start();
 }
 
 PrivateBus::~PrivateBus() {
     kill();
-    ::setenv(Variable, before.c_str(), 1);
+    ::setenv(variable, before.c_str(), 1);
 }
 
 void PrivateBus::start() {

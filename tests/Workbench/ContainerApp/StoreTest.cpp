@@ -43,14 +43,14 @@ protected:
         });
     }
 
-    std::string ids(std::string const& key = DefaultSequence) {
+    std::string ids(std::string const& key = defaultSequence) {
         auto text = std::string{};
         for (auto const& comment : store->comments.comments(key))
             text += (text.empty() ? "" : " ") + comment.id;
         return text;
     }
 
-    Comment only(std::string const& key = DefaultSequence) {
+    Comment only(std::string const& key = defaultSequence) {
         auto const comments = store->comments.comments(key);
         EXPECT_EQ(1U, comments.size());
         return comments.at(0);
@@ -125,8 +125,8 @@ TEST_F(StoreTest, RefusesACommentWithoutATimeAndChangesNothing) {
 TEST_F(StoreTest, PutsAReplyToItsParent) {
     ASSERT_TRUE(sync({{"id", "a"}, {"seconds", 3}, {"updatedAt", "long ago"}}));
     ASSERT_TRUE(sync({{"id", "r"}, {"parentId", "a"}, {"text", "yes"}}));
-    EXPECT_EQ(1U, store->comments.markers(DefaultSequence).size());
-    auto const replies = store->comments.replies(*store->sequences.find(DefaultSequence), "a");
+    EXPECT_EQ(1U, store->comments.markers(defaultSequence).size());
+    auto const replies = store->comments.replies(*store->sequences.find(defaultSequence), "a");
     ASSERT_EQ(1U, replies.size());
     EXPECT_EQ("yes", replies[0].text);
     EXPECT_EQ(3, replies[0].start);
@@ -156,17 +156,20 @@ TEST_F(StoreTest, KeepsRepliesThatACommentDoesNotMention) {
 
 TEST_F(StoreTest, FindsAllThatAnswersACommentHoweverDeep) {
     ASSERT_TRUE(sync({{"id", "a"}, {"seconds", 3}}));
-    for (auto number = 1; number < 100; ++number)
-        ASSERT_TRUE(sync({{"id", "r" + std::to_string(number)},
-                          {"parentId", number == 1 ? "a" : "r" + std::to_string(number - 1)}}));
-    EXPECT_EQ(99U, store->comments.replies(*store->sequences.find(DefaultSequence), "a").size());
+    auto parent = std::string{"a"};
+    for (auto number = 1; number < 100; ++number) {
+        auto const id = std::to_string(number);
+        ASSERT_TRUE(sync({{"id", id}, {"parentId", parent}}));
+        parent = id;
+    }
+    EXPECT_EQ(99U, store->comments.replies(*store->sequences.find(defaultSequence), "a").size());
 }
 
 TEST_F(StoreTest, SurvivesRepliesThatRunInACircle) {
     ASSERT_TRUE(sync({{"id", "a"}, {"seconds", 3}}));
     ASSERT_TRUE(sync({{"id", "b"}, {"seconds", 3}, {"parentId", "a"}}));
     ASSERT_TRUE(sync({{"id", "a"}, {"seconds", 3}, {"parentId", "b"}}));
-    EXPECT_EQ(1U, store->comments.replies(*store->sequences.find(DefaultSequence), "a").size());
+    EXPECT_EQ(1U, store->comments.replies(*store->sequences.find(defaultSequence), "a").size());
     store->comments.remove("b");
     EXPECT_EQ("", ids());
 }
@@ -282,7 +285,7 @@ TEST_F(StoreTest, CountsAndTellsEachWrite) {
     store->comments.clear();
     ASSERT_TRUE(sync({{"id", "b"}, {"seconds", 1}, {"sequenceId", "one"}}));
     EXPECT_EQ("default1 default2 default3 one1 ", news);
-    EXPECT_EQ(3U, store->sequences.revision(DefaultSequence));
+    EXPECT_EQ(3U, store->sequences.revision(defaultSequence));
     EXPECT_EQ(0U, store->sequences.revision("never heard of"));
 }
 

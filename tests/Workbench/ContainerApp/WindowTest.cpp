@@ -49,7 +49,7 @@ protected:
     MainWindow window{[this] { ++closed; }};
 };
 
-constexpr char const* Columns = "TIME|AUTHOR|COMMENT|";
+constexpr char const* columnTitles = "TIME|AUTHOR|COMMENT|";
 
 WindowContent::CommentRow row(std::string const& time, std::string const& text) {
     return {.time = time, .author = "Ana", .text = text};
@@ -109,8 +109,8 @@ TEST_F(MainWindowTest, ListsTimeAuthorAndText) {
         WindowContent{.sequence = "Reel 1", .summary = "2 comments", .comments = {}, .exports = {}};
     content.comments = {row("00:00:01:00", "Logo"), row("00:00:02:00", "Too loud")};
     window.showContent(content);
-    EXPECT_TRUE(
-        shows(std::string{"Reel 1|2 comments|"} + Columns + "00:00:01:00|Ana|Logo|00:00:02:00|Ana|Too loud|"))
+    EXPECT_TRUE(shows(std::string{"Reel 1|2 comments|"} + columnTitles +
+                      "00:00:01:00|Ana|Logo|00:00:02:00|Ana|Too loud|"))
         << texts();
 }
 
@@ -118,13 +118,13 @@ TEST_F(MainWindowTest, FollowsChangesInTheMiddleOfTheList) {
     auto content = WindowContent{};
     content.comments = {row("1", "a"), row("2", "b"), row("3", "c")};
     window.showContent(content);
-    ASSERT_TRUE(shows(std::string{"||"} + Columns + "1|Ana|a|2|Ana|b|3|Ana|c|")) << texts();
+    ASSERT_TRUE(shows(std::string{"||"} + columnTitles + "1|Ana|a|2|Ana|b|3|Ana|c|")) << texts();
     content.comments = {row("1", "a"), row("2", "x"), row("2", "y"), row("3", "c")};
     window.showContent(content);
-    EXPECT_TRUE(shows(std::string{"||"} + Columns + "1|Ana|a|2|Ana|x|2|Ana|y|3|Ana|c|")) << texts();
+    EXPECT_TRUE(shows(std::string{"||"} + columnTitles + "1|Ana|a|2|Ana|x|2|Ana|y|3|Ana|c|")) << texts();
     content.comments = {row("3", "c")};
     window.showContent(content);
-    EXPECT_TRUE(shows(std::string{"||"} + Columns + "3|Ana|c|")) << texts();
+    EXPECT_TRUE(shows(std::string{"||"} + columnTitles + "3|Ana|c|")) << texts();
     content.comments = {};
     window.showContent(content);
     EXPECT_TRUE(shows("||Comments appear here when the panel sends them.|")) << texts();
