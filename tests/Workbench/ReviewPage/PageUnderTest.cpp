@@ -86,6 +86,7 @@ GtkWindow* makeWindow(WebKitWebView* view) {
 } // namespace
 
 PageUnderTest::PageUnderTest(Surroundings surroundings) {
+    g_setenv("GDK_DEBUG", "gl-glx", TRUE); // else EGL's driver is tried first, unloaded, and seen to leak
     gtk_init();
     EXPECT_EQ(server.start(), std::nullopt);
     view = WEBKIT_WEB_VIEW(g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session(), nullptr));
