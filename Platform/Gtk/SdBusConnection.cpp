@@ -14,15 +14,6 @@ constexpr int doublings = 5; // until the delay is longer than that
 
 } // namespace
 
-struct SdBusConnection::Subscription : std::enable_shared_from_this<Subscription> {
-    Subscription(SignalMatch names, Handler callback)
-        : match(std::move(names))
-        , handler(std::move(callback)) {}
-
-    SignalMatch match;
-    Handler handler;
-};
-
 SdBusConnection::SdBusConnection(MainLoop& loop, std::optional<std::string> busAddress)
     : mainLoop(loop)
     , address(std::move(busAddress)) {
@@ -48,9 +39,9 @@ void SdBusConnection::send(SdBusMessagePointer message, std::size_t size) {
 }
 
 void SdBusConnection::subscribe(SignalMatch match, Handler handler) {
-    subscriptions.push_back(std::make_shared<Subscription>(std::move(match), std::move(handler)));
+    subscriptions.push_back({std::move(match), std::make_shared<Handler const>(std::move(handler))});
     if (bus)
-        install(*subscriptions.back());
+        install(subscriptions.back());
 }
 
 // A bus that dies, or cuts us off, shows first as one or two successful steps, in which sd-bus answers what
@@ -78,8 +69,8 @@ void SdBusConnection::connect() {
     if (!bus)
         return connectLater();
     source = std::make_unique<SdBusSource>(*bus, static_cast<SdBusSource::Client&>(*this));
-    for (auto const& subscription : subscriptions)
-        install(*subscription);
+    for (auto& subscription : subscriptions)
+        install(subscription);
 }
 
 void SdBusConnection::connectLater() {
@@ -109,8 +100,8 @@ SdBusPointer SdBusConnection::openBus() const {
 }
 
 int SdBusConnection::signalArrived(sd_bus_message* message, void* subscription, sd_bus_error*) noexcept {
-    auto const held = static_cast<Subscription*>(subscription)->shared_from_this();
-    held->handler(*message);
+    auto const handler = static_cast<Subscription*>(subscription)->handler;
+    (*handler)(*message);
     return 0;
 }
 

@@ -6,10 +6,10 @@
 
 #include <cstddef>
 #include <functional>
+#include <list>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace fcp {
 
@@ -48,7 +48,11 @@ public:
     void subscribe(SignalMatch match, Handler handler);
 
 private:
-    struct Subscription;
+    // Its address is known to sd-bus.
+    struct Subscription {
+        SignalMatch match;
+        std::shared_ptr<Handler const> handler;
+    };
 
     int step() override;
     void busIsGone() override;
@@ -60,7 +64,7 @@ private:
 
     MainLoop& mainLoop;
     std::optional<std::string> address;
-    std::vector<std::shared_ptr<Subscription>> subscriptions;
+    std::list<Subscription> subscriptions;
     SdBusPointer bus;
     SdBusOutbox outbox;
     std::unique_ptr<SdBusSource> source;

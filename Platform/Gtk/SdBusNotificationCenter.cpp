@@ -4,7 +4,7 @@
 
 #include <gio/gio.h>
 
-#include <deque>
+#include <list>
 #include <utility>
 
 namespace fcp {
@@ -36,14 +36,14 @@ public:
         Notification notification{name, {}, readUserInfo(signal)};
         if (auto const* const sender = sd_bus_message_get_sender(&signal))
             notification.object = sender;
-        // An observer may add another one, which leaves the deque's elements where they are.
-        for (std::size_t i = 0; i < observers.size(); ++i)
-            observers[i](notification);
+        // An observer may add another one, which a list takes in mid-walk.
+        for (auto const& observer : observers)
+            observer(notification);
     }
 
 private:
     std::string name;
-    std::deque<std::function<void(Notification const&)>> observers;
+    std::list<std::function<void(Notification const&)>> observers;
 };
 
 SdBusNotificationCenter::SdBusNotificationCenter(MainLoop& mainLoop, std::optional<std::string> busAddress)

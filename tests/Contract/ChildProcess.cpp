@@ -19,6 +19,7 @@ constexpr int patience = 20'000; // milliseconds
 
 std::vector<char*> argumentsOf(std::vector<std::string>& command) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (auto& argument : command)
         arguments.push_back(argument.data());
     arguments.push_back(nullptr);

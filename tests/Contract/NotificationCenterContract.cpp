@@ -109,15 +109,7 @@ protected:
 
 using Carriers = testing::Types<Double, SessionBus>;
 
-class CarrierNames {
-public:
-    template <typename Carrier>
-    static std::string GetName(int) {
-        return std::is_same_v<Carrier, Double> ? "Double" : "SessionBus";
-    }
-};
-
-TYPED_TEST_SUITE(NotificationCenterContract, Carriers, CarrierNames);
+TYPED_TEST_SUITE(NotificationCenterContract, Carriers);
 
 TYPED_TEST(NotificationCenterContract, HearsWhatIsPostedElsewhere) {
     Json const userInfo{{"requestId", "req-1-5C08E1"},

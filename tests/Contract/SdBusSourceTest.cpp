@@ -18,6 +18,9 @@ namespace {
 
 // A connection whose far end is silent.
 class SdBusSourceTest : public testing::Test, protected SdBusSource::Client {
+public:
+    ~SdBusSourceTest() override { close(ends[1]); }
+
 protected:
     SdBusSourceTest() {
         EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, ends), 0);
@@ -28,8 +31,6 @@ protected:
         EXPECT_GE(sd_bus_start(opened), 0);
         source = std::make_unique<SdBusSource>(*bus, static_cast<SdBusSource::Client&>(*this));
     }
-
-    ~SdBusSourceTest() override { close(ends[1]); }
 
     int step() override {
         ++steps;

@@ -4,8 +4,23 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <vector>
 
 namespace fcp::test {
+
+namespace {
+
+std::string withLimits(std::string const& limits) {
+    std::stringstream configuration;
+    configuration << std::ifstream(TEST_BUS_CONFIGURATION).rdbuf();
+    auto text = configuration.str();
+    text.insert(text.rfind("</busconfig>"), limits);
+    return text;
+}
+
+} // namespace
 
 TestBus::TestBus()
     : folder("/tmp/fcp-test-bus.XXXXXX") {
@@ -17,10 +32,11 @@ TestBus::~TestBus() {
     std::filesystem::remove_all(folder);
 }
 
-void TestBus::start() {
-    daemon.emplace(std::vector<std::string>{"dbus-daemon", "--config-file=" TEST_BUS_CONFIGURATION,
-                                            "--nofork", "--nopidfile", "--print-address",
-                                            "--address=" + address()});
+void TestBus::start(std::string const& limits) {
+    std::string const configuration = folder + "/configuration";
+    std::ofstream(configuration) << withLimits(limits);
+    daemon.emplace(std::vector<std::string>{"dbus-daemon", "--config-file=" + configuration, "--nofork",
+                                            "--nopidfile", "--print-address", "--address=" + address()});
     // It prints its address once it listens there.
     EXPECT_TRUE(daemon->readLine().starts_with(address()));
 }

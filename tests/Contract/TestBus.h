@@ -16,8 +16,8 @@ public:
     TestBus(TestBus const&) = delete;
     TestBus& operator=(TestBus const&) = delete;
 
-    // Returns when the bus takes connections.
-    void start();
+    // Returns when the bus takes connections. `limits` are elements of its configuration.
+    void start(std::string const& limits = {});
     void kill();
 
     // Stops and resumes it in place: it keeps its connections, but reads nothing.
