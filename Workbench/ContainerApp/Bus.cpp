@@ -17,8 +17,9 @@ namespace {
 // alive.
 constexpr int messagesPerTurn = 64;
 
-// At the end nobody may keep the program alive by sending on.
+// At the end nobody may keep the program alive by sending on, nor the bus by silence.
 constexpr int messagesAtEnd = 4096;
+constexpr std::uint64_t microsecondsAtEnd = 1'000'000;
 
 // For calls to the bus itself and to the editor; commands wait for some of them.
 constexpr std::uint64_t callMicroseconds = 5'000'000;
@@ -195,8 +196,22 @@ void Bus::serve(std::function<void()> lost) {
 }
 
 void Bus::drain() {
-    for (auto count = 0; count < messagesAtEnd && sd_bus_process(handle(), nullptr) > 0;)
-        ++count;
+    // The bus keeps what does not fit into the socket, and everything in its order: what it had for us when we
+    // ask comes before its answer.
+    auto const answered = std::make_shared<bool>(false);
+    call(methodCall("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus.Peer", "Ping"),
+         [answered](sd_bus_message*) { *answered = true; });
+    auto const until = static_cast<std::uint64_t>(g_get_monotonic_time()) + microsecondsAtEnd;
+    for (auto count = 0; !*answered && count < messagesAtEnd;) {
+        auto const status = sd_bus_process(handle(), nullptr);
+        auto const now = static_cast<std::uint64_t>(g_get_monotonic_time());
+        if (status < 0 || now >= until)
+            return;
+        if (status > 0)
+            ++count;
+        else
+            sd_bus_wait(handle(), until - now);
+    }
 }
 
 } // namespace workbench

@@ -59,7 +59,7 @@ public:
     // Starts serving. `lost` runs once from the main loop when the bus goes away; it may destroy this object.
     void serve(std::function<void()> lost);
 
-    // Handles what has arrived, at most a few thousand messages.
+    // Handles what the bus has for us at this moment: at most a few thousand messages, and for a second.
     void drain();
 
 private:

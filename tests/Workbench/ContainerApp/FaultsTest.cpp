@@ -189,9 +189,10 @@ TEST_F(FaultsTest, EndsInOrderWhenItIsToldTo) {
 }
 
 TEST_F(FaultsTest, AnswersWhatHasArrivedBeforeItEnds) {
+    constexpr auto many = 2000U; // more than a socket holds
     container->signal(SIGSTOP);
     auto last = std::string{};
-    for (auto number = 0; number < 300; ++number)
+    for (auto number = 0U; number < many; ++number)
         last = client.send("syncComment", {{"comment", comment(std::to_string(number), number)}});
     // The bus has passed everything on once it answers us.
     std::ignore = client.connection().requestName("com.zelvix.fcp.Test");
@@ -199,8 +200,8 @@ TEST_F(FaultsTest, AnswersWhatHasArrivedBeforeItEnds) {
     container->signal(SIGCONT);
     EXPECT_EQ(0, container->wait());
     ASSERT_TRUE(client.waitFor([&] { return !client.answers(last).empty(); }));
-    EXPECT_EQ(300U, client.answerCount());
-    EXPECT_EQ("300\n", sql("SELECT count(*) FROM comments"));
+    EXPECT_EQ(many, client.answerCount());
+    EXPECT_EQ(std::to_string(many) + "\n", sql("SELECT count(*) FROM comments"));
 }
 
 TEST_F(FaultsTest, FinishesAnExportBeforeItEnds) {
