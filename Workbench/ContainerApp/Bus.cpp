@@ -196,8 +196,8 @@ void Bus::serve(std::function<void()> lost) {
 }
 
 void Bus::drain() {
-    // The bus keeps what does not fit into the socket, and everything in its order: what it had for us when we
-    // ask comes before its answer.
+    // The bus keeps what does not fit into the socket, and everything in its order: what it had for us when
+    // we ask comes before its answer.
     auto const answered = std::make_shared<bool>(false);
     call(methodCall("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus.Peer", "Ping"),
          [answered](sd_bus_message*) { *answered = true; });

@@ -9,11 +9,12 @@ namespace workbench {
 
 NoticeList::NoticeList()
     : Gtk::Box(Gtk::Orientation::HORIZONTAL) {
-    constexpr int highest = 84;
+    constexpr int highest = 112;
     add_css_class("workbench-notices");
     setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_ALERT);
     setAccessibleName(*this, "Messages");
     scroller.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+    scroller.set_overlay_scrolling(false); // whoever has more to read must see it
     scroller.set_propagate_natural_height(true);
     scroller.set_max_content_height(highest);
     scroller.set_hexpand(true);

@@ -54,6 +54,9 @@ window.workbench paned > separator {
 }
 .workbench-notices button:hover { background: #4d382f; }
 
+.workbench-notices scrollbar { background: none; border: none; }
+.workbench-notices scrollbar slider { background: #5a4338; }
+
 .workbench-sequences > button {
     color: #d9d6cb; background: #2b2b27; border: none; box-shadow: none; text-shadow: none; min-height: 26px;
     padding: 0 10px; border-radius: 6px;

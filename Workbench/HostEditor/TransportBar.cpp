@@ -38,6 +38,8 @@ TransportBar::TransportBar() {
 
     length.add_css_class("workbench-quiet");
     length.set_ellipsize(Pango::EllipsizeMode::END);
+    constexpr int timecodeAndDots = 13; // the rate behind them may be cut off
+    length.set_width_chars(timecodeAndDots);
     length.set_xalign(1);
     set_end_widget(length);
     showSequence(nullptr);
