@@ -42,7 +42,7 @@ bool isThere(pid_t process) {
 // The next start is to find the machine as this one did.
 void waitForEnd(std::vector<pid_t> const& processes) {
     auto const end = Clock::now() + std::chrono::seconds(20);
-    while (std::any_of(processes.begin(), processes.end(), isThere)) {
+    while (std::ranges::any_of(processes, isThere)) {
         if (Clock::now() > end)
             throw std::runtime_error("a web process has not ended with its program");
         std::this_thread::sleep_for(std::chrono::milliseconds(20));

@@ -63,8 +63,7 @@ void expectMeasures(std::string const& program, std::vector<std::string> const& 
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
     auto const lines = linesOf(outcome.output);
     for (auto const& what : measures)
-        EXPECT_TRUE(
-            std::any_of(lines.begin(), lines.end(), [&](auto const& line) { return isMeasure(line, what); }))
+        EXPECT_TRUE(std::ranges::any_of(lines, [&](auto const& line) { return isMeasure(line, what); }))
             << what << " is not among:\n"
             << outcome.output;
 }

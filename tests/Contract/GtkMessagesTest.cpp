@@ -234,7 +234,7 @@ TEST(GtkUserContentControllerDeathTest, AbortsWhenANameIsTaken) {
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     Journal journal;
     FakeLogSystem logs(journal);
-    GLibMainLoop loop;
+    FakeMainLoop loop;
     GtkWebEngine engine(loop, logs);
     auto const controller = engine.makeUserContentController();
     controller->addScriptMessageHandler(std::make_shared<RecordingHandler>(), "fcpBridge");

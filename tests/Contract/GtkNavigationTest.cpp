@@ -1,4 +1,5 @@
 #include "Contract/WebFixture.h"
+#include "Platform/Gtk/GLibMainLoop.h"
 
 #include <gio/gio.h>
 
@@ -32,6 +33,13 @@ protected:
         ASSERT_TRUE(waitForReports(delegate->reports.size() + 1));
     }
 
+    // Returns when the server has the request, which it leaves unanswered.
+    void loadAndStall(std::string const& path) {
+        server.answer(path, {"", Then::Stall});
+        load(server.url(path));
+        ASSERT_TRUE(waitFor([this] { return server.stalled() == 1; }));
+    }
+
     // Returns while the page is committed, but far from complete. The engine shows nothing of a page before
     // it has some hundred bytes.
     void loadHalfPage() {
@@ -40,14 +48,30 @@ protected:
                                          Then::Stall));
         load(server.url("/half"));
         ASSERT_TRUE(waitForMessages(1));
+        ASSERT_TRUE(waitFor([this] { return server.stalled() == 1; }));
+    }
+
+    // The engine tells of data at intervals, and of a piece perhaps only when the next one comes.
+    [[nodiscard]] bool feedUntil(std::function<bool()> const& condition) {
+        for (int pieces = 0; pieces < 2000 && !condition(); ++pieces) {
+            server.feedStalled(std::string(20, 'y'));
+            EXPECT_EQ(run("undefined"), "");
+            EXPECT_TRUE(waitFor([this] { return server.stalled() == 1; }));
+        }
+        return condition();
     }
 
     [[nodiscard]] bool waitUntilAsked(std::string const& address) {
         return waitFor([&] { return contains(delegate->asked, address); });
     }
 
-    [[nodiscard]] bool waitUntilRequested(std::string const& path) {
-        return waitFor([&] { return contains(server.requests(), path); });
+    // Until the time-out that is owed.
+    [[nodiscard]] Seconds timeLeft() const {
+        for (auto const& [left, done] : loop.deadlines()) {
+            if (!done)
+                return left;
+        }
+        return Seconds(0);
     }
 };
 
@@ -176,72 +200,110 @@ TEST_F(GtkNavigation, ReportsAResetAfterTheCommitAsACommittedFailure) {
 }
 
 TEST_F(GtkNavigation, TimesOutWhenTheServerNeverAnswers) {
-    server.answer("/hang", {"", Then::Stall});
-    load(server.url("/hang"), 0.3);
+    loadAndStall("/hang");
+    loop.advance(Seconds(59.9));
+    EXPECT_EQ(delegate->reports, Lines{});
+    loop.advance(Seconds(60));
     ASSERT_TRUE(waitForReports(1));
     EXPECT_EQ(delegate->latestDescription, "The request timed out.");
     EXPECT_EQ(reportsUpToTheNextPage(), (Lines{provisional(-1001), "finished"}));
 }
 
 TEST_F(GtkNavigation, TimesOutWhenTheServerNeverEndsThePage) {
-    loadPage("/warm", "warm");
-    server.answer("/hang", cutAnswer(std::string(2000, 'x'), Then::Stall));
+    loadHalfPage();
+    loop.advance(Seconds(60));
+    ASSERT_TRUE(waitForReports(1));
+    EXPECT_EQ(reportsUpToTheNextPage(), (Lines{committed(-1001), "finished"}));
+}
+
+TEST_F(GtkNavigation, TimesOutInRealTimeAfterWhatTheRequestSays) {
+    GLibMainLoop realLoop;
+    GtkWebEngine realEngine(realLoop, logs);
+    webView = realEngine.makeWebView();
+    webView->setNavigationDelegate(delegate);
+    server.answer("/hang", {"", Then::Stall});
     load(server.url("/hang"), 0.3);
-    ASSERT_TRUE(waitForReports(2));
-    EXPECT_EQ(reportsUpToTheNextPage(), (Lines{"finished", committed(-1001), "finished"}));
+    ASSERT_TRUE(waitForReports(1));
+    EXPECT_EQ(delegate->reports, Lines{provisional(-1001)});
+    webView.reset();
 }
 
 TEST_F(GtkNavigation, TimesOutBeforeTheEngineHasBegun) {
     server.answer("/hang", {"", Then::Stall});
-    load(server.url("/hang"), 0.001);
-    ASSERT_TRUE(waitForReports(1));
+    load(server.url("/hang"), 0.3);
+    loop.advance(Seconds(0.3));
+    EXPECT_EQ(delegate->reports, Lines{provisional(-1001)});
     EXPECT_EQ(reportsUpToTheNextPage(), (Lines{provisional(-1001), "finished"}));
 }
 
 TEST_F(GtkNavigation, TimesOutAfterARedirect) {
     server.answer("/page", redirectAnswer("/hang"));
     server.answer("/hang", {"", Then::Stall});
-    load(server.url("/page"), 0.3);
+    load(server.url("/page"));
+    ASSERT_TRUE(waitFor([this] { return server.stalled() == 1; }));
+    loop.advance(Seconds(120));
     ASSERT_TRUE(waitForReports(1));
     EXPECT_EQ(delegate->reports, Lines{provisional(-1001)});
 }
 
 TEST_F(GtkNavigation, TimesOutOnANavigationThatThePageStarts) {
+    loadPage("/page", "page");
     server.answer("/hang", {"", Then::Stall});
-    server.answer("/page", pageAnswer("page"));
-    load(server.url("/page"), 0.3);
-    ASSERT_TRUE(waitForReports(1));
     EXPECT_EQ(run("location.href = '/hang'; undefined"), "");
+    ASSERT_TRUE(waitFor([this] { return server.stalled() == 1 && loop.pending() == 1; }));
+    loop.advance(Seconds(60));
     ASSERT_TRUE(waitForReports(2));
     EXPECT_EQ(delegate->reports, (Lines{"finished", provisional(-1001)}));
 }
 
-TEST_F(GtkNavigation, DoesNotFailAPageThatWaitsForAnImage) {
-    server.answer("/page", pageAnswer("<img src=/hang><script>setTimeout(() => "
-                                      "webkit.messageHandlers.fcpBridge.postMessage({}), 900)</script>"));
-    server.answer("/hang", {"", Then::Stall});
-    load(server.url("/page"), 0.3);
-    ASSERT_TRUE(waitForMessages(1));
+TEST_F(GtkNavigation, GivesALongPageItsTimeAnewWithEveryPieceOfIt) {
+    loadHalfPage();
+    for (int piece = 0; piece < 3; ++piece) {
+        loop.advance(Seconds(50));
+        ASSERT_TRUE(feedUntil([this] { return timeLeft() > Seconds(50); }));
+    }
     EXPECT_EQ(delegate->reports, Lines{});
     server.endStalled(Then::Close);
     ASSERT_TRUE(waitForReports(1));
     EXPECT_EQ(delegate->reports, Lines{"finished"});
 }
 
-TEST_F(GtkNavigation, AnIgnoredLoadDoesNotTimeOut) {
-    delegate->unwanted = {"/unwanted"};
-    load(server.url("/unwanted"), 0.2);
-    ASSERT_TRUE(waitUntilAsked(server.url("/unwanted")));
-    bool later = false;
-    loop.after(Seconds(0.4), [&later] { later = true; });
-    ASSERT_TRUE(waitFor([&later] { return later; }));
+TEST_F(GtkNavigation, DoesNotFailAPageThatWaitsForAnImage) {
+    server.answer("/page", pageAnswer("<img src=/hang>"));
+    server.answer("/hang", {"", Then::Stall});
+    load(server.url("/page"));
+    ASSERT_TRUE(waitFor([this] { return server.stalled() == 1 && loop.pending() == 0; }));
     EXPECT_EQ(delegate->reports, Lines{});
+    server.endStalled(Then::Close);
+    ASSERT_TRUE(waitForReports(1));
+    EXPECT_EQ(delegate->reports, Lines{"finished"});
+}
+
+TEST_F(GtkNavigation, OwesNoTimeOutAfterTheLoad) {
+    loadPage("/page", "page");
+    EXPECT_EQ(loop.pending(), 0U);
+    load("http://localhost:" + std::to_string(MisbehavingServer::closedPort()) + "/");
+    EXPECT_EQ(loop.pending(), 1U);
+    ASSERT_TRUE(waitForReports(2));
+    EXPECT_EQ(loop.pending(), 0U);
+}
+
+TEST_F(GtkNavigation, OwesNoTimeOutForALoadThatIsTurnedDown) {
+    delegate->unwanted = {"/unwanted"};
+    load(server.url("/unwanted"));
+    EXPECT_EQ(loop.pending(), 1U);
+    ASSERT_TRUE(waitUntilAsked(server.url("/unwanted")));
+    EXPECT_EQ(loop.pending(), 0U);
+}
+
+TEST_F(GtkNavigation, OwesNoTimeOutOnceItIsDropped) {
+    loadAndStall("/hang");
+    webView.reset();
+    EXPECT_EQ(loop.pending(), 0U);
 }
 
 TEST_F(GtkNavigation, DoesNotReportAProvisionalLoadThatItReplaces) {
-    server.answer("/hang", {"", Then::Stall});
-    load(server.url("/hang"));
-    ASSERT_TRUE(waitFor([this] { return server.stalled() == 1; }));
+    loadAndStall("/hang");
     EXPECT_EQ(reportsUpToTheNextPage(), Lines{"finished"});
 }
 
@@ -258,9 +320,7 @@ TEST_F(GtkNavigation, ReportsALoadThatThePageReplaces) {
 }
 
 TEST_F(GtkNavigation, ReportsTheReplacementWhenThatFails) {
-    server.answer("/hang", {"", Then::Stall});
-    load(server.url("/hang"));
-    ASSERT_TRUE(waitFor([this] { return server.stalled() == 1; }));
+    loadAndStall("/hang");
     load("http://localhost:" + std::to_string(MisbehavingServer::closedPort()) + "/");
     ASSERT_TRUE(waitForReports(1));
     EXPECT_EQ(delegate->reports, Lines{provisional(-1004)});
@@ -379,12 +439,9 @@ TEST_F(GtkNavigation, AsksOnceForAnUnwantedLinkToANewWindow) {
 }
 
 TEST_F(GtkNavigation, AsksOnceForAScriptsNewWindowAndOpensNone) {
-    loadPage("/page", "page");
-    for (auto const* address : {"/ok?open", "http://127.0.0.1/"}) {
-        EXPECT_EQ(run(std::string("webkit.messageHandlers.fcpBridge.postMessage({opened: window.open('") +
-                      address + "')}); undefined"),
-                  "");
-    }
+    loadPage("/page",
+             "<script>for (const address of ['/ok?open', 'http://127.0.0.1/']) "
+             "webkit.messageHandlers.fcpBridge.postMessage({opened: window.open(address)})</script>");
     ASSERT_TRUE(waitForMessages(2));
     EXPECT_EQ(handler->bodies, (std::vector<Json>{{{"opened", nullptr}}, {{"opened", nullptr}}}));
     EXPECT_EQ(delegate->asked, (Lines{server.url("/page"), server.url("/ok?open"), "http://127.0.0.1/"}));
@@ -399,13 +456,11 @@ TEST_F(GtkNavigation, AsksForJumpsWithinThePageAndReportsNothing) {
     EXPECT_EQ(reportsUpToTheNextPage(), (Lines{"finished", "finished"}));
 }
 
-TEST_F(GtkNavigation, AJumpOfOursWithinThePageDoesNotTimeOut) {
+TEST_F(GtkNavigation, OwesNoTimeOutForAJumpOfOursWithinThePage) {
     loadPage("/page", "page");
-    load(server.url("/page#x"), 0.2);
+    load(server.url("/page#x"));
+    EXPECT_EQ(loop.pending(), 0U);
     ASSERT_TRUE(waitUntilAsked(server.url("/page#x")));
-    bool later = false;
-    loop.after(Seconds(0.4), [&later] { later = true; });
-    ASSERT_TRUE(waitFor([&later] { return later; }));
     EXPECT_EQ(delegate->reports, Lines{"finished"});
 }
 

@@ -125,14 +125,24 @@ TEST_F(GtkWebViewTest, FailsAScriptThatTheWebProcessTookAlong) {
 
 TEST_F(GtkWebViewTest, ReportsNothingOfALoadThatDiedWithItsProcess) {
     server.answer("/hang", {"", ServerAnswer::Then::Stall});
-    load(server.url("/hang"), 1.0);
+    load(server.url("/hang"));
     ASSERT_TRUE(waitFor([this] { return server.stalled() == 1; }));
     killWebProcesses();
-    bool later = false;
-    loop.after(Seconds(1.1), [&later] { later = true; });
-    ASSERT_TRUE(waitFor([&later] { return later; }));
+    EXPECT_EQ(loop.pending(), 0U);
     EXPECT_EQ(delegate->reports, Lines{});
     EXPECT_EQ(reportsUpToTheNextPage(), Lines{"finished"});
+}
+
+TEST_F(GtkWebViewTest, ShowsNoPageToJumpWithinAfterItsProcessDied) {
+    loadPage("page");
+    killWebProcesses();
+    server.answer("/page", {"", ServerAnswer::Then::Stall});
+    load(server.url("/page#x"));
+    ASSERT_TRUE(waitFor([this] { return server.stalled() == 1; }));
+    EXPECT_EQ(loop.pending(), 1U);
+    loop.advance(Seconds(120));
+    ASSERT_TRUE(waitForReports(2));
+    EXPECT_EQ(delegate->reports, (Lines{"finished", "failed provisionally NSURLErrorDomain -1001"}));
 }
 
 TEST_F(GtkWebViewTest, LosesItsProcessToARedirectIntoTheFileSystem) {
@@ -190,12 +200,9 @@ TEST_F(GtkWebViewTest, OpensNoPrintDialog) {
     EXPECT_EQ(windows, nullptr);
 }
 
-TEST_F(GtkWebViewTest, CoversNoScreen) {
+TEST_F(GtkWebViewTest, OffersNoWayToCoverTheScreen) {
     loadPage("page");
-    EXPECT_EQ(answerTo("const asked = document.documentElement.requestFullscreen?.(); "
-                       "Promise.resolve(asked).then(() => post({covers: !!document.fullscreenElement}), "
-                       "() => post({covers: false}))"),
-              (Json{{"covers", false}}));
+    EXPECT_EQ(answerTo("post({offered: 'requestFullscreen' in document.body})"), (Json{{"offered", false}}));
 }
 
 TEST_F(GtkWebViewTest, CancelsDownloads) {

@@ -104,14 +104,12 @@ bool WebFixture::waitForMessages(std::size_t count) {
 }
 
 std::string WebFixture::run(std::string const& script) {
-    bool ended = false;
-    std::string text;
-    webView->evaluateJavaScript(script, [&](std::optional<std::string> const& error) {
-        ended = true;
-        text = error.value_or("");
-    });
-    EXPECT_TRUE(waitFor([&ended] { return ended; }));
-    return text;
+    // Shared, because a script that does not end in time may still end later.
+    auto const ended = std::make_shared<std::optional<std::string>>();
+    webView->evaluateJavaScript(
+        script, [ended](std::optional<std::string> const& error) { *ended = error.value_or(""); });
+    EXPECT_TRUE(waitFor([&ended] { return ended->has_value(); }));
+    return ended->value_or("");
 }
 
 std::string WebFixture::address() const {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Doubles/FakeLog.h"
+#include "Doubles/FakeMainLoop.h"
 #include "Doubles/MisbehavingServer.h"
-#include "Platform/Gtk/GLibMainLoop.h"
 #include "Platform/Gtk/GtkWebEngine.h"
 #include "Ports/WebView.h"
 
@@ -20,7 +20,7 @@ namespace fcp::test {
 inline constexpr char const* crashed = "error: The web process has ended: it crashed";
 
 // Turns the default main context until the condition holds. False when it does not within `patience`.
-bool waitFor(std::function<bool()> const& condition, Seconds patience = Seconds(20));
+bool waitFor(std::function<bool()> const& condition, Seconds patience = Seconds(60));
 
 // Notes what it is told, and turns down the addresses that contain one of `unwanted`.
 class RecordingDelegate final : public NavigationDelegate {
@@ -84,7 +84,7 @@ protected:
 
     Journal journal;
     FakeLogSystem logs{journal};
-    GLibMainLoop loop;
+    FakeMainLoop loop; // virtual time for the adapter; the engine lives in real time
     GtkWebEngine engine{loop, logs};
     MisbehavingServer server;
     std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();

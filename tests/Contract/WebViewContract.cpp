@@ -1,6 +1,7 @@
 #include "Contract/WebFixture.h"
 #include "Doubles/FakeWebEngine.h"
 #include "FcpExtension/EventScript.h"
+#include "Platform/Gtk/GLibMainLoop.h"
 
 #include <gtest/gtest.h>
 

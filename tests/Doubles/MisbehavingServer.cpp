@@ -117,10 +117,19 @@ std::size_t MisbehavingServer::stalled() const {
     return waiting;
 }
 
+void MisbehavingServer::feedStalled(std::string const& bytes) {
+    giveOrder({bytes, ServerAnswer::Then::Stall});
+}
+
 void MisbehavingServer::endStalled(ServerAnswer::Then how) {
+    giveOrder({"", how});
+}
+
+void MisbehavingServer::giveOrder(ServerAnswer newOrder) {
     std::lock_guard const lock(mutex);
-    ending = how;
+    order = std::move(newOrder);
     ++round;
+    waiting = 0;
     changed.notify_all();
 }
 
@@ -154,11 +163,14 @@ void MisbehavingServer::converse(GIOStream* stream, GSocket* socket) {
     auto const header = readHeader(g_io_stream_get_input_stream(stream), stopping.get());
     if (header.empty())
         return;
-    auto const [bytes, then] = answerTo(header);
-    g_output_stream_write_all(g_io_stream_get_output_stream(stream), bytes.data(), bytes.size(), nullptr,
-                              stopping.get(), nullptr);
-    auto const end = then == ServerAnswer::Then::Stall ? waitForEnd() : then;
-    if (end == ServerAnswer::Then::Reset)
+    auto answer = answerTo(header);
+    for (;; answer = waitForOrder()) {
+        g_output_stream_write_all(g_io_stream_get_output_stream(stream), answer.bytes.data(),
+                                  answer.bytes.size(), nullptr, stopping.get(), nullptr);
+        if (answer.then != ServerAnswer::Then::Stall)
+            break;
+    }
+    if (answer.then == ServerAnswer::Then::Reset)
         resetOnClose(socket);
 }
 
@@ -171,14 +183,13 @@ ServerAnswer MisbehavingServer::answerTo(std::string const& request) {
     return found == answers.end() ? pageAnswer("nothing", "404 Not Found") : found->second;
 }
 
-ServerAnswer::Then MisbehavingServer::waitForEnd() {
+ServerAnswer MisbehavingServer::waitForOrder() {
     std::unique_lock lock(mutex);
     auto const own = round;
     ++waiting;
     g_main_context_wakeup(nullptr);
     changed.wait(lock, [&] { return round != own || g_cancellable_is_cancelled(stopping.get()); });
-    --waiting;
-    return ending;
+    return round != own ? order : ServerAnswer{};
 }
 
 GRef<GIOStream> MisbehavingServer::secured(GSocketConnection* connection) const {

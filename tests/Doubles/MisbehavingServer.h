@@ -63,7 +63,10 @@ public:
 
     [[nodiscard]] std::size_t stalled() const;
 
-    // Ends the connections that are stalled at this moment.
+    // Sends more to the connections that are stalled at this moment.
+    void feedStalled(std::string const& bytes);
+
+    // Ends them.
     void endStalled(ServerAnswer::Then how);
 
     // A port on which nobody listens.
@@ -77,7 +80,8 @@ private:
     void serve(GSocketConnection* connection);
     void converse(GIOStream* stream, GSocket* socket);
     [[nodiscard]] ServerAnswer answerTo(std::string const& request);
-    [[nodiscard]] ServerAnswer::Then waitForEnd();
+    [[nodiscard]] ServerAnswer waitForOrder();
+    void giveOrder(ServerAnswer newOrder);
     [[nodiscard]] GRef<GIOStream> secured(GSocketConnection* connection) const;
 
     Transport const transport;
@@ -92,8 +96,8 @@ private:
     std::vector<std::string> paths;
     std::size_t running = 0;
     std::size_t waiting = 0;
-    unsigned round = 0; // counts the calls of endStalled
-    ServerAnswer::Then ending = ServerAnswer::Then::Close;
+    unsigned round = 0; // counts the orders
+    ServerAnswer order; // the latest, for every connection that is stalled
 };
 
 } // namespace fcp::test
