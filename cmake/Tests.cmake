@@ -2,19 +2,65 @@ find_package(GTest REQUIRED)
 find_package(nlohmann_json REQUIRED)
 include(GoogleTest)
 
+# What nearly every test includes is compiled once for all of them. That fits only what is compiled alike, so all of
+# it is compiled for programs, and with threads, as most of the libraries here ask for.
+function(fcp_compile_alike target)
+    set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+    target_compile_options(${target} PRIVATE -fPIE -pthread)
+endfunction()
+
+# fcp_test_headers(NAME HEADERS... [LIBRARIES...])
+function(fcp_test_headers name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;LIBRARIES")
+    file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp CONTENT "")
+    add_library(${name} OBJECT EXCLUDE_FROM_ALL ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
+    fcp_warnings(${name})
+    fcp_compile_alike(${name})
+    target_link_libraries(${name} PRIVATE GTest::gtest nlohmann_json::nlohmann_json ${arg_LIBRARIES})
+    target_precompile_headers(${name} PRIVATE <gtest/gtest.h> <nlohmann/json.hpp> <chrono> <filesystem> <fstream>
+        <functional> <memory> <string> <vector> ${arg_HEADERS})
+endfunction()
+
+fcp_test_headers(fcp_plain_test_headers)
+if(TARGET PkgConfig::WEBKIT)
+    fcp_test_headers(fcp_toolkit_test_headers HEADERS <gtkmm.h> <webkit/webkit.h>
+        LIBRARIES PkgConfig::GTKMM PkgConfig::WEBKIT)
+endif()
+
+# fcp_test_library(NAME SOURCES... [LIBRARIES...] [TOOLKIT]): what several test programs share.
+function(fcp_test_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "TOOLKIT" "" "SOURCES;LIBRARIES")
+    add_library(${name} STATIC ${arg_SOURCES})
+    fcp_warnings(${name})
+    fcp_compile_alike(${name})
+    fcp_reuse_test_headers(${name} ${arg_TOOLKIT})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
+    target_link_libraries(${name} PUBLIC ${arg_LIBRARIES})
+endfunction()
+
+function(fcp_reuse_test_headers target toolkit)
+    if(toolkit)
+        target_precompile_headers(${target} REUSE_FROM fcp_toolkit_test_headers)
+    else()
+        target_precompile_headers(${target} REUSE_FROM fcp_plain_test_headers)
+    endif()
+endfunction()
+
 # Builds what thread checking runs, and nothing that uses a toolkit.
 add_custom_target(plain-tests)
 
-# fcp_add_test(NAME SOURCES... [LIBRARIES...] [SESSION] [LOCKS name...] [LABELS name...] [TIMEOUT seconds])
+# fcp_add_test(NAME SOURCES... [LIBRARIES...] [TOOLKIT] [SESSION] [LOCKS name...] [LABELS name...] [TIMEOUT seconds])
 #
-# One test program. With SESSION it runs under a private session bus, display, home and runtime folder
+# One test program; TOOLKIT when it includes the toolkit or the web engine. With SESSION it runs under a private session bus, display, home and runtime folder
 # (tests/with-session). LOCKS names what belongs to the whole machine: "markers" for the marker files in /tmp,
 # "port3000". The label "long" keeps a test out of ./test and in ./test --long; "plain" marks what uses no
 # toolkit and is therefore also run with thread checking.
 function(fcp_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "SESSION;OWN_MAIN" "TIMEOUT" "SOURCES;LIBRARIES;LOCKS;LABELS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "SESSION;OWN_MAIN;TOOLKIT" "TIMEOUT" "SOURCES;LIBRARIES;LOCKS;LABELS")
     add_executable(${name} ${arg_SOURCES})
     fcp_warnings(${name})
+    fcp_compile_alike(${name})
+    fcp_reuse_test_headers(${name} ${arg_TOOLKIT})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} GTest::gtest)
     if(NOT arg_OWN_MAIN)

@@ -42,8 +42,8 @@ void finishCall(GObject* source, GAsyncResult* result, gpointer data) {
     auto* const value =
         webkit_web_view_call_async_javascript_function_finish(WEBKIT_WEB_VIEW(source), result, &error);
     if (value) {
-        Glib::UStringView const text(jsc_value_to_string(value));
-        (*call)->text = text.c_str();
+        GCharPtr const text(jsc_value_to_string(value));
+        (*call)->text = text.get();
         g_object_unref(value);
     } else {
         (*call)->error = error->message;
@@ -122,6 +122,7 @@ PanelHarness::PanelHarness(std::optional<std::string> busAddress)
 
 PanelHarness::~PanelHarness() {
     controller = nullptr;
+    mainLoop.elapse(Seconds(61)); // a request keeps itself and what asked for it until its time-out
     window.set_visible(false);
 }
 

@@ -19,6 +19,11 @@ inline constexpr char const* devMarker = "/tmp/zelvix-fcp-dev";
 // A panel over doubles, not yet loaded.
 class PanelFixture : public testing::Test {
 protected:
+    void TearDown() override {
+        controller = nullptr;
+        platform.mainLoop.advance(Seconds(61)); // a request keeps itself and who asked until its time-out
+    }
+
     // Loads the panel as a platform does and forgets what was noted on the way.
     void loadPanel() {
         controller->loadView();
