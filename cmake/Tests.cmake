@@ -35,7 +35,7 @@ function(fcp_test_library name)
     fcp_compile_alike(${name})
     fcp_reuse_test_headers(${name} ${arg_TOOLKIT})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/tests)
-    target_link_libraries(${name} PUBLIC ${arg_LIBRARIES})
+    target_link_libraries(${name} PUBLIC ${arg_LIBRARIES} GTest::gtest)
 endfunction()
 
 function(fcp_reuse_test_headers target toolkit)

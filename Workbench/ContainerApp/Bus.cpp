@@ -73,7 +73,7 @@ struct Bus::Source {
     static gboolean dispatch(GSource* base, GSourceFunc, void*);
     static void finalize(GSource* base);
 
-    static Source& of(GSource* base) { return *static_cast<Source*>(static_cast<void*>(base)); }
+    static Source& of(GSource* base) { return *reinterpret_cast<Source*>(base); }
 };
 
 gboolean Bus::Source::prepare(GSource* base, int* timeout) {

@@ -16,7 +16,7 @@ namespace {
 constexpr double defaultThreshold = 0.5;
 
 // All replies of an answer together; the bus ends the connection of whoever sends far more.
-constexpr std::size_t largestReplies = 8 * 1024 * 1024;
+constexpr std::size_t largestReplies = 8UL * 1024 * 1024;
 
 Json describeReply(Comment const& reply) {
     return {{"id", reply.id},

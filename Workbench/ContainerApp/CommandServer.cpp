@@ -18,7 +18,7 @@ constexpr char const* commandRule =
     "type='signal',path='/com/zelvix/fcp',interface='com.zelvix.fcp',member='containerCommand'";
 
 // Above this the bus does not refuse a message, it disconnects the sender.
-constexpr std::size_t largestAnswer = 16 * 1024 * 1024;
+constexpr std::size_t largestAnswer = 16UL * 1024 * 1024;
 
 // What the panel takes for "no": the yes/no commands want a real boolean, the others a value or none.
 Json nothingDone(std::string const& name) {

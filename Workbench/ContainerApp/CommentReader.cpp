@@ -54,9 +54,8 @@ std::string written(Json const& value) {
 
 bool readReplies(Json const& value, CommentDraft& draft) {
     auto const& replies = member(value, "replies");
-    auto const isList =
-        replies.is_array() &&
-        std::all_of(replies.begin(), replies.end(), [](Json const& entry) { return entry.is_object(); });
+    auto const isList = replies.is_array() &&
+                        std::ranges::all_of(replies, [](Json const& entry) { return entry.is_object(); });
     if (!isList)
         return true;
     auto read = readComments(replies);

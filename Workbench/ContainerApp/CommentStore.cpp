@@ -243,7 +243,7 @@ void CommentStore::removeTree(std::int64_t sequence, std::string const& id) {
 std::string CommentStore::placeOf(CommentDraft const& draft) {
     if (draft.sequence)
         return *draft.sequence;
-    auto const active = sequences.activeKey();
+    auto active = sequences.activeKey();
     if (!draft.comment.parentId)
         return active;
     auto const sequence = sequences.find(active);

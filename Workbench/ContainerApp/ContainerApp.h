@@ -14,7 +14,7 @@
 #include <functional>
 #include <memory>
 
-typedef struct _GMainLoop GMainLoop;
+using GMainLoop = struct _GMainLoop;
 
 namespace workbench {
 

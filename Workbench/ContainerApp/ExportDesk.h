@@ -27,14 +27,14 @@ public:
     void setObserver(Observer theObserver) { observer = std::move(theObserver); }
 
     // None when the export has started, else why it has not.
-    [[nodiscard]] std::optional<std::string> start(Json const& settings);
+    [[nodiscard]] std::optional<std::string> start(Json const& wanted);
 
     // Answers once nothing is left of the export: true when one ran and no file came of it.
     void cancel(std::function<void(bool)> answer);
 
 private:
-    [[nodiscard]] std::string begin(ExportSettings const& settings);
-    [[nodiscard]] std::string folderFor(ExportSettings const& settings);
+    [[nodiscard]] std::string begin(ExportSettings const& wanted);
+    [[nodiscard]] std::string folderFor(ExportSettings const& wanted);
     void finish(std::int64_t id, ExportOutcome const& outcome);
 
     CommentStore& comments;

@@ -8,7 +8,7 @@ namespace workbench {
 namespace {
 
 // Rows are handed to the kernel in pieces of this size.
-constexpr std::size_t pieceSize = 64 * 1024;
+constexpr std::size_t pieceSize = 64UL * 1024;
 
 enum class Stage { Writing, Publishing, Cancelled };
 

@@ -16,8 +16,8 @@ struct UriUnref {
 };
 
 bool hasControlOrSpace(std::string const& url) {
-    return std::any_of(url.begin(), url.end(),
-                       [](char character) { return g_ascii_iscntrl(character) || character == ' '; });
+    return std::ranges::any_of(url,
+                               [](char character) { return g_ascii_iscntrl(character) || character == ' '; });
 }
 
 void launched(GObject*, GAsyncResult* result, void* data) {

@@ -30,7 +30,7 @@ public:
     // `closed` runs when the person closes the window.
     explicit MainWindow(std::function<void()> closed);
 
-    void showContent(WindowContent const& content);
+    void showContent(WindowContent const& shown);
     // For some seconds.
     void showProblem(std::string const& sentence);
 

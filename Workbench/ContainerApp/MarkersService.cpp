@@ -18,7 +18,7 @@ constexpr char const* interfaceName = "com.zelvix.fcp.Markers1";
 constexpr long longestText = 1000;
 
 // Above this the bus does not refuse a message, it disconnects the sender.
-constexpr std::size_t largestAnswer = 32 * 1024 * 1024;
+constexpr std::size_t largestAnswer = 32UL * 1024 * 1024;
 
 std::string beginning(std::string const& text) {
     auto const longer = g_utf8_strlen(text.c_str(), -1) > longestText;

@@ -55,8 +55,8 @@ void flushFolder(std::string const& folder) {
 OutputFile::OutputFile(std::string const& theFolder, std::string const& theName)
     : folder{theFolder}
     , name{theName}
-    , temporary{theFolder + "/." + theName + "." + randomMark() + ".part"} {
-    descriptor = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    , temporary{theFolder + "/." + theName + "." + randomMark() + ".part"}
+    , descriptor{::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666)} {
     if (descriptor < 0)
         fail("cannot write in " + folder);
 }

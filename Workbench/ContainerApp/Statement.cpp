@@ -25,8 +25,7 @@ std::string Rows::text(int column) const {
 }
 
 std::optional<std::string> Rows::optionalText(int column) const {
-    auto const* bytes =
-        static_cast<char const*>(static_cast<void const*>(sqlite3_column_text(statement, column)));
+    auto const* bytes = reinterpret_cast<char const*>(sqlite3_column_text(statement, column));
     if (!bytes)
         return {};
     return std::string(bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));

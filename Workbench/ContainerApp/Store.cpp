@@ -12,7 +12,7 @@ namespace {
 // The comments are nobody else's affair.
 constexpr auto folderPermissions = std::filesystem::perms::owner_all;
 
-std::string const& withFolder(std::string const& file) {
+std::string withFolder(std::string file) {
     auto const folder = std::filesystem::path{file}.parent_path();
     auto error = std::error_code{};
     if (folder.empty() || !std::filesystem::create_directories(folder, error))

@@ -48,8 +48,11 @@ std::optional<std::array<std::int64_t, 4>> readFields(std::string_view label) {
     auto const* at = label.data();
     auto const* const end = at + label.size();
     for (std::size_t field = 0; field < fields.size(); ++field) {
-        if (field > 0 && (at == end || std::string_view{":;."}.find(*at++) == std::string_view::npos))
-            return {};
+        if (field > 0) {
+            if (at == end || std::string_view{":;."}.find(*at) == std::string_view::npos)
+                return {};
+            ++at;
+        }
         auto const [next, error] = std::from_chars(at, end, fields[field]);
         if (error != std::errc{} || next - at > 3 || fields[field] < 0)
             return {};

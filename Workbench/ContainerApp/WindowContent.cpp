@@ -5,6 +5,7 @@
 #include <glib.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <memory>
 
@@ -26,7 +27,7 @@ struct Free {
 
 // Without a rate there are no frames to count.
 std::string clockTime(double seconds) {
-    auto const milliseconds = static_cast<long long>(std::min(seconds, 1e12) * 1000 + 0.5);
+    auto const milliseconds = std::llround(std::min(seconds, 1e12) * 1000);
     char text[64];
     std::snprintf(text, sizeof text, "%02lld:%02lld:%02lld.%03lld", milliseconds / 3'600'000,
                   milliseconds / 60'000 % 60, milliseconds / 1000 % 60, milliseconds % 1000);

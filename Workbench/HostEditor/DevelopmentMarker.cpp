@@ -50,7 +50,7 @@ void DevelopmentMarker::lookAround(Use use) {
                         " is there: the panel loads from this machine all the same");
     if (wins)
         found.push_back(paths.diagnostic.string() +
-                        " is there and wins: the panel shows its diagnostic page");
+                        " is there and wins: the panel shows no page (docs/modes.md says why)");
 }
 
 } // namespace workbench

@@ -31,7 +31,7 @@ public:
 
 private:
     struct Free {
-        void operator()(SwsContext* unused) const;
+        void operator()(SwsContext* old) const;
     };
 
     std::unique_ptr<SwsContext, Free> context; // kept as long as the sizes stay

@@ -71,7 +71,7 @@ std::string fileOf(xmlNode* source) {
         return property(source, "warp_resource");
     static constexpr std::array<std::string_view, 4> readers = {"avformat", "avformat-novalidate", "pixbuf",
                                                                 "qimage"};
-    if (std::find(readers.begin(), readers.end(), service) == readers.end())
+    if (std::ranges::find(readers, service) == readers.end())
         return {};
     auto const resource = property(source, "resource");
     // An address, or a pattern that stands for many files.
@@ -210,7 +210,7 @@ std::vector<std::string> ProjectFile::missingMedia() const {
         std::error_code error;
         if (file.empty() || std::filesystem::exists(document->folder / file, error))
             return;
-        if (std::find(missing.begin(), missing.end(), file) == missing.end())
+        if (std::ranges::find(missing, file) == missing.end())
             missing.push_back(file);
     });
     return missing;

@@ -37,8 +37,8 @@ std::vector<PinGroup> groupPins(std::vector<Pin> const& pins, TimeAxis const& ax
     std::vector<std::size_t> order(pins.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::vector<std::int64_t> frames;
-    std::transform(pins.begin(), pins.end(), std::back_inserter(frames),
-                   [&](Pin const& pin) { return frameOfSeconds(pin.start, axis); });
+    std::ranges::transform(pins, std::back_inserter(frames),
+                           [&](Pin const& pin) { return frameOfSeconds(pin.start, axis); });
     std::ranges::sort(order, {}, [&](auto index) { return std::pair{frames[index], index}; });
     std::vector<PinGroup> groups;
     for (auto const index : order) {

@@ -89,7 +89,7 @@ void TimelineGround::drawRuler(Context const& context) {
         context->stroke();
         setColour(context, colour, 0.7);
         if (x + LabelRoom * 0.7 < axis.left + axis.width)
-            drawText(*this, context, timecode(frame, sequence->rate), LabelSize, x + 4, 3,
+            drawText(*this, context, timecode(frame, sequence->rate), LabelSize, x + 4.0, 3.0,
                      static_cast<int>(LabelRoom));
     }
 }

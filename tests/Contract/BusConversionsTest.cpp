@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <ranges>
 #include <string>
 #include <utility>
 #include <vector>
@@ -59,8 +60,8 @@ protected:
 // A value with the given path cost below the outermost dictionary, in which "a" and "d" choose the levels.
 Json nested(std::string const& levels) {
     Json value = "leaf";
-    for (auto level = levels.rbegin(); level != levels.rend(); ++level)
-        value = *level == 'a' ? Json::array({value}) : Json{{"k", value}};
+    for (auto const level : std::views::reverse(levels))
+        value = level == 'a' ? Json::array({value}) : Json{{"k", value}};
     return value;
 }
 

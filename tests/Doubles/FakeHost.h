@@ -67,7 +67,7 @@ public:
 
 private:
     template <typename T>
-    T const& note(char const* what, T const& value) const {
+    T note(char const* what, T value) const {
         journal.note(std::string("sequence ") + what);
         return value;
     }

@@ -25,11 +25,10 @@ public:
     // The lines that begin with one of the prefixes, in order.
     [[nodiscard]] std::vector<std::string> only(std::vector<std::string> const& prefixes) const {
         std::vector<std::string> found;
-        std::copy_if(
-            entries.begin(), entries.end(), std::back_inserter(found), [&prefixes](std::string const& line) {
-                return std::any_of(prefixes.begin(), prefixes.end(),
-                                   [&line](std::string const& prefix) { return line.starts_with(prefix); });
-            });
+        std::ranges::copy_if(entries, std::back_inserter(found), [&prefixes](std::string const& line) {
+            return std::ranges::any_of(
+                prefixes, [&line](std::string const& prefix) { return line.starts_with(prefix); });
+        });
         return found;
     }
 

@@ -62,7 +62,7 @@ TEST(PanelFaults, WorksAgainAfterTheBusWasLost) {
         static_cast<void>(panel.ask(isRunning));
         panel.mainLoop.elapse(Seconds(61));
         auto const values = answers(panel);
-        return std::find(values.begin(), values.end(), "\"/back\"") != values.end();
+        return std::ranges::find(values, "\"/back\"") != values.end();
     }));
 }
 

@@ -22,7 +22,7 @@ class PanelLoading : public testing::Test {
 protected:
     [[nodiscard]] bool shows(std::string const& text) const {
         auto const texts = panel.visibleTexts();
-        return std::find(texts.begin(), texts.end(), text) != texts.end();
+        return std::ranges::find(texts, text) != texts.end();
     }
 
     [[nodiscard]] bool waitFor(std::string const& text) const {

@@ -32,7 +32,7 @@ public:
         case NavigationReport::Kind::Nothing:
             break;
         case NavigationReport::Kind::Finished:
-            heard.push_back("finished");
+            heard.emplace_back("finished");
             break;
         case NavigationReport::Kind::Failed:
             heard.push_back("failed " + std::to_string(report.error.code));
@@ -49,15 +49,15 @@ public:
 
 using Step = std::function<void(Driver&)>;
 
-Step request(std::string uri) {
+Step request(std::string const& uri) {
     return [uri](Driver& driver) { driver.tracker.requested(uri); };
 }
 
-Step decide(std::string uri, NavigationActionPolicy policy) {
+Step decide(std::string const& uri, NavigationActionPolicy policy) {
     return [uri, policy](Driver& driver) { driver.tracker.decided(uri, policy); };
 }
 
-Step start(std::string uri) {
+Step start(std::string const& uri) {
     return [uri](Driver& driver) { driver.tracker.started(uri); };
 }
 
@@ -65,11 +65,11 @@ Step redirect() {
     return [](Driver& driver) { driver.tracker.redirected(); };
 }
 
-Step commit(std::string uri) {
+Step commit(std::string const& uri) {
     return [uri](Driver& driver) { driver.note(driver.tracker.committed(uri)); };
 }
 
-Step fail(LoadPhase during, std::string uri, NavigationError error) {
+Step fail(LoadPhase during, std::string const& uri, NavigationError const& error) {
     return [=](Driver& driver) { driver.note(driver.tracker.failed(during, uri, error)); };
 }
 

@@ -4,6 +4,8 @@
 
 namespace fcp {
 
+// Found by the arguments' namespace, into which an unnamed one does not open.
+// NOLINTBEGIN(misc-use-internal-linkage)
 inline bool operator==(Rect const& a, Rect const& b) {
     return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height;
 }
@@ -11,6 +13,7 @@ inline bool operator==(Rect const& a, Rect const& b) {
 inline bool operator==(Color const& a, Color const& b) {
     return a.red == b.red && a.green == b.green && a.blue == b.blue && a.alpha == b.alpha;
 }
+// NOLINTEND(misc-use-internal-linkage)
 
 namespace test {
 

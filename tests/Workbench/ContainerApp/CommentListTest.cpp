@@ -96,7 +96,7 @@ TEST(CommentList, SettlesALongChainOfRepliesInOneGo) {
     auto drafts = std::vector<CommentDraft>{draft("0", 2.5)};
     for (auto number = 1; number < count; ++number)
         drafts.push_back(draft(std::to_string(number), {}, std::to_string(number - 1)));
-    std::reverse(drafts.begin(), drafts.end());
+    std::ranges::reverse(drafts);
     auto const list = flatten(std::move(drafts), nothingKnown);
     ASSERT_TRUE(list);
     EXPECT_EQ(2.5, list->front().comment.start);

@@ -53,9 +53,10 @@ ContainerProcess::ContainerProcess(std::vector<std::string> arguments, ProcessLi
     pointers.push_back(nullptr);
     auto const out = folder / "out";
     auto const err = folder / "err";
-    process = ::fork();
-    if (process != 0)
+    if (auto const child = ::fork(); child != 0) {
+        process = child;
         return;
+    }
     redirect(out, STDOUT_FILENO);
     redirect(err, STDERR_FILENO);
     apply(limits);

@@ -96,7 +96,7 @@ protected:
     void add(Json const& value) { ASSERT_TRUE(store.comments.sync(readComment(value).value())); }
 
     // The settings, with the format and the folder of these tests.
-    Json settings(Json more = Json::object()) {
+    Json settings(Json const& more = Json::object()) {
         auto result = Json{{"format", "csv"}, {"folder", folder.path()}};
         result.update(more);
         return result;
@@ -280,10 +280,10 @@ TEST_F(ExportDeskTest, ReducesTheFileNameToOnePlainComponent) {
 }
 
 TEST_F(ExportDeskTest, CutsLongFileNamesBetweenCharacters) {
-    auto long_ = std::string{};
+    auto endless = std::string{};
     for (auto count = 0; count < 200; ++count)
-        long_ += "日";
-    auto const name = exportedName(settings({{"fileName", long_}}));
+        endless += "日";
+    auto const name = exportedName(settings({{"fileName", endless}}));
     EXPECT_EQ(198U + 4U, name.size());
 }
 

@@ -20,7 +20,7 @@ protected:
         return list;
     }
 
-    std::size_t logSize() const {
+    [[nodiscard]] std::size_t logSize() const {
         auto error = std::error_code{};
         auto const size = std::filesystem::file_size(database + "-wal", error);
         return error ? 0 : size;
@@ -153,8 +153,7 @@ TEST_F(FaultsTest, KeepsTheOldListWhenItIsKilledWhileItWritesANewOne) {
     for (auto round = 0; round < 5; ++round) {
         auto const before = sql("SELECT count(*), min(substr(id, 1, 1)) FROM comments");
         auto const size = logSize();
-        auto const requestId =
-            client.send("syncAllComments", {{"comments", largeList(std::to_string(round))}});
+        std::ignore = client.send("syncAllComments", {{"comments", largeList(std::to_string(round))}});
         // The log grows while the transaction is under way, long before it is committed.
         ASSERT_TRUE(waitUntil([&] { return logSize() > size + 1'000'000; }));
         container->signal(SIGKILL);

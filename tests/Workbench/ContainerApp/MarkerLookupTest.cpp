@@ -57,7 +57,7 @@ MarkerCandidate candidate(std::string const& id, double start, double duration, 
 
 std::string nearest(std::vector<MarkerCandidate> candidates, double seconds) {
     auto const before = [seconds](auto const& a, auto const& b) { return isNearer(a, b, seconds); };
-    return std::min_element(candidates.begin(), candidates.end(), before)->id;
+    return std::ranges::min_element(candidates, before)->id;
 }
 
 } // namespace

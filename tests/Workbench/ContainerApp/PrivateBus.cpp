@@ -23,7 +23,7 @@ bool isListening(std::string const& socketFile) {
     auto address = sockaddr_un{};
     address.sun_family = AF_UNIX;
     socketFile.copy(address.sun_path, sizeof address.sun_path - 1);
-    auto const* any = static_cast<sockaddr const*>(static_cast<void const*>(&address));
+    auto const* any = reinterpret_cast<sockaddr const*>(&address);
     auto const connected = ::connect(descriptor, any, sizeof address) == 0;
     ::close(descriptor);
     return connected;

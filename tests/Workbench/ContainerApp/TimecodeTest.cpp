@@ -76,7 +76,7 @@ TEST(Timecode, BeginsAtTheSequencesFirstFrame) {
 }
 
 TEST(Timecode, RunsOverAtMidnight) {
-    EXPECT_EQ("00:00:00:01", timecode(1, {pal, 24 * 90'000, false}));
+    EXPECT_EQ("00:00:00:01", timecode(1, {pal, std::int64_t{24} * 90'000, false}));
     EXPECT_EQ("23:59:59:24", timecode(0, {pal, -1, false}));
     EXPECT_EQ("00:00:00;00", timecode(2'589'408, {ntsc, 0, true}));
 }

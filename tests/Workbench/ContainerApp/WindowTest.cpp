@@ -78,7 +78,8 @@ protected:
     // Its buttons stand at the lower right.
     static void press(int fromRight) {
         auto const script = "eval $(xdotool getwindowgeometry --shell " +
-                            dialog().substr(0, dialog().find('\n')) + "); xdotool mousemove $X $Y mousemove $((X + WIDTH - " +
+                            dialog().substr(0, dialog().find('\n')) +
+                            "); xdotool mousemove $X $Y mousemove $((X + WIDTH - " +
                             std::to_string(fromRight) + ")) $((Y + HEIGHT - 24)) click 1";
         std::ignore = outputOf(script);
     }

@@ -185,7 +185,7 @@ TEST_F(Host, MovesToTheFrameThatContainsATime) {
     host.setActive(film(), 0);
     move(59, 600); // the fourth frame begins between 60 and 61
     move(60, 600);
-    move(1001 * 12, 30000);
+    move(std::int64_t{1001} * 12, 30000);
     EXPECT_EQ(moves, (std::vector<std::int64_t>{2, 3, 12}));
 }
 

@@ -138,7 +138,8 @@ TEST_F(MediaFile, RefusesAFilmWhosePicturesAreDamaged) {
     std::ifstream stream{faststart, std::ios::binary};
     std::string bytes{std::istreambuf_iterator<char>{stream}, {}};
     auto const pictures = bytes.find("mdat") + 4;
-    bytes.replace(pictures, std::string::npos, noise(bytes.size() - pictures));
+    auto const count = bytes.size() - pictures;
+    bytes.replace(pictures, count, noise(count));
     EXPECT_EQ(refusal(media->write("head.mp4", bytes)), "it is damaged: its first picture cannot be decoded");
 }
 

@@ -15,7 +15,7 @@ constexpr double Wide = 16.0 / 9;
 
 // One colour all over, in the engine's layout.
 std::vector<std::uint8_t> evenImage(PixelSize size, std::array<std::uint8_t, 3> const& colour) {
-    auto const luma = static_cast<std::size_t>(size.width * size.height);
+    auto const luma = std::size_t(size.width) * std::size_t(size.height);
     std::vector<std::uint8_t> planes(luma, colour[0]);
     planes.insert(planes.end(), luma / 4, colour[1]);
     planes.insert(planes.end(), luma / 4, colour[2]);
@@ -25,8 +25,8 @@ std::vector<std::uint8_t> evenImage(PixelSize size, std::array<std::uint8_t, 3> 
 std::array<int, 4> middle(Picture const& picture) {
     gsize size = 0;
     auto const* const bytes = static_cast<std::uint8_t const*>(picture.pixels->get_data(size));
-    auto const* const pixel =
-        bytes + (picture.size.height / 2 * picture.size.width + picture.size.width / 2) * 4;
+    auto const [width, height] = picture.size;
+    auto const* const pixel = bytes + (std::ptrdiff_t(height) / 2 * width + width / 2) * 4;
     return {pixel[0], pixel[1], pixel[2], pixel[3]};
 }
 
@@ -88,7 +88,7 @@ TEST(PictureConverter, ReadsNothingBeyondAnOddImage) {
     Glib::init();
     PixelSize const size{63, 35};
     // Exactly what the engine provides: the sanitizers watch the end.
-    auto const luma = static_cast<std::size_t>(size.width * size.height);
+    auto const luma = std::size_t(size.width) * std::size_t(size.height);
     std::vector<std::uint8_t> planes(luma + 2 * (luma / 4), 128);
     PictureConverter converter;
     EXPECT_TRUE(converter.convert({planes.data(), size, 709, false}, {62, 34}, Wide));

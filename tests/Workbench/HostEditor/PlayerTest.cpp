@@ -43,7 +43,7 @@ protected:
         player.close();
         gsize size = 0;
         auto const* const bytes = static_cast<std::uint8_t const*>(picture.pixels->get_data(size));
-        auto const* const middle = bytes + size / 2 + picture.size.width * 2;
+        auto const* const middle = bytes + size / 2 + std::ptrdiff_t(picture.size.width) * 2;
         return {middle[0], middle[1], middle[2]};
     }
 
