@@ -13,6 +13,7 @@ inline bool operator==(Rect const& a, Rect const& b) {
 inline bool operator==(Color const& a, Color const& b) {
     return a.red == b.red && a.green == b.green && a.blue == b.blue && a.alpha == b.alpha;
 }
+
 // NOLINTEND(misc-use-internal-linkage)
 
 namespace test {
