@@ -3,6 +3,7 @@
 #include <gtk/gtk.h>
 #include <gtkmm/columnviewcolumn.h>
 #include <gtkmm/cssprovider.h>
+#include <gtkmm/settings.h>
 #include <gtkmm/init.h>
 #include <gtkmm/noselection.h>
 #include <gtkmm/settings.h>
@@ -106,6 +107,8 @@ MainWindow::MainWindow(std::function<void()> closed)
     set_title("Review comments");
     set_default_size(620, 560);
     add_css_class("container");
+    // For what the rules do not name: the title bar, menus, the theme's own edges.
+    Gtk::Settings::get_default()->property_gtk_application_prefer_dark_theme() = true;
     buildHeading();
     buildComments();
     buildExports();

@@ -2,6 +2,7 @@
 
 #include <gdkmm/display.h>
 #include <gtkmm/cssprovider.h>
+#include <gtkmm/settings.h>
 #include <gtkmm/stylecontext.h>
 
 namespace workbench {
@@ -71,6 +72,8 @@ window.workbench paned > separator {
 }
 
 void installStyle() {
+    // For what the rules do not name: menus, tooltips, the theme's own edges.
+    Gtk::Settings::get_default()->property_gtk_application_prefer_dark_theme() = true;
     auto const provider = Gtk::CssProvider::create();
     provider->load_from_data(Rules);
     Gtk::StyleContext::add_provider_for_display(Gdk::Display::get_default(), provider,
