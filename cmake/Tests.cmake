@@ -23,6 +23,7 @@ endfunction()
 
 fcp_test_headers(fcp_plain_test_headers)
 if(TARGET PkgConfig::WEBKIT)
+    pkg_check_modules(GTKMM REQUIRED IMPORTED_TARGET GLOBAL gtkmm-4.0)
     fcp_test_headers(fcp_toolkit_test_headers HEADERS <gtkmm.h> <webkit/webkit.h>
         LIBRARIES PkgConfig::GTKMM PkgConfig::WEBKIT)
 endif()

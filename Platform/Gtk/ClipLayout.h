@@ -1,22 +1,14 @@
 #pragma once
 
-#include <gtkmm/layoutmanager.h>
+#include "Platform/Gtk/Layout.h"
 
 namespace fcp {
 
 // Shows of its one child what fits, from the top: the child gets the width that there is and at least the
 // height that it needs. GTK would grow a label that needs more than its frame.
-class ClipLayout final : public Gtk::LayoutManager {
+class ClipLayout final : public Layout {
 public:
-    [[nodiscard]] static Glib::RefPtr<ClipLayout> create();
-
-protected:
-    void measure_vfunc(Gtk::Widget const& widget, Gtk::Orientation orientation, int forSize, int& minimum,
-                       int& natural, int& minimumBaseline, int& naturalBaseline) const override;
-    void allocate_vfunc(Gtk::Widget const& widget, int width, int height, int baseline) override;
-
-private:
-    ClipLayout() = default;
+    void allocate(GtkWidget* widget, int width, int height) override;
 };
 
 } // namespace fcp

@@ -27,7 +27,7 @@ GtkWidget* makeLabel(LabelContent const& content, Stylesheet& styles) {
 GtkWidget* makeClip(GtkWidget* content) {
     auto* const clip = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
     gtk_widget_set_overflow(clip, GTK_OVERFLOW_HIDDEN);
-    gtk_widget_set_layout_manager(clip, GTK_LAYOUT_MANAGER(ClipLayout::create()->gobj_copy()));
+    Layout::install(clip, std::make_unique<ClipLayout>());
     gtk_widget_set_parent(content, clip);
     return clip;
 }

@@ -106,7 +106,7 @@ std::shared_ptr<View> GtkUserInterface::makeView(ViewDescription const& descript
 
 void GtkUserInterface::installView(std::shared_ptr<View> view) {
     installed = std::static_pointer_cast<GtkView>(std::move(view));
-    gtk_widget_set_layout_manager(root, GTK_LAYOUT_MANAGER(PanelLayout::create(*installed)->gobj_copy()));
+    Layout::install(root, std::make_unique<PanelLayout>(*installed));
     gtk_widget_set_parent(installed->widget(), root);
 }
 

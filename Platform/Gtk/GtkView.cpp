@@ -39,7 +39,7 @@ Rect GtkView::bounds() const {
 
 void GtkView::addSubview(std::shared_ptr<View> subview) {
     if (subviews.empty())
-        gtk_widget_set_layout_manager(widget(), GTK_LAYOUT_MANAGER(FrameLayout::create(*this)->gobj_copy()));
+        Layout::install(widget(), std::make_unique<FrameLayout>(*this));
     auto view = std::static_pointer_cast<GtkView>(std::move(subview));
     gtk_widget_set_parent(view->widget(), widget()); // GTK draws later children above earlier ones
     subviews.push_back(std::move(view));

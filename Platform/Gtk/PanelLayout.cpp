@@ -6,23 +6,16 @@
 
 namespace fcp {
 
-Glib::RefPtr<PanelLayout> PanelLayout::create(GtkView& view) {
-    return Glib::make_refptr_for_instance<PanelLayout>(new PanelLayout(view));
-}
-
 PanelLayout::PanelLayout(GtkView& outermost)
     : view(outermost)
     , naturalWidth(static_cast<int>(std::lround(outermost.frame().width)))
     , naturalHeight(static_cast<int>(std::lround(outermost.frame().height))) {}
 
-void PanelLayout::measure_vfunc(Gtk::Widget const&, Gtk::Orientation orientation, int, int& minimum,
-                                int& natural, int& minimumBaseline, int& naturalBaseline) const {
-    minimum = 0;
-    natural = orientation == Gtk::Orientation::HORIZONTAL ? naturalWidth : naturalHeight;
-    minimumBaseline = naturalBaseline = -1;
+int PanelLayout::naturalSize(GtkOrientation orientation) const {
+    return orientation == GTK_ORIENTATION_HORIZONTAL ? naturalWidth : naturalHeight;
 }
 
-void PanelLayout::allocate_vfunc(Gtk::Widget const&, int width, int height, int) {
+void PanelLayout::allocate(GtkWidget*, int width, int height) {
     view.fill(width, height);
 }
 

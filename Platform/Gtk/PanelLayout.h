@@ -1,26 +1,23 @@
 #pragma once
 
-#include <gtkmm/layoutmanager.h>
+#include "Platform/Gtk/Layout.h"
 
 namespace fcp {
 
 class GtkView;
 
-// Gives a panel's root widget to its outermost view, all of it, and begins the view's resizing there. Belongs
-// to the root widget; must not be used after the view.
-class PanelLayout final : public Gtk::LayoutManager {
+// Gives a panel's root widget to its outermost view, all of it, and begins the view's resizing there. Must
+// not be used after the view.
+class PanelLayout final : public Layout {
 public:
-    [[nodiscard]] static Glib::RefPtr<PanelLayout> create(GtkView& view);
-
-protected:
-    // Would like the size that the view was made with, and is content with none.
-    void measure_vfunc(Gtk::Widget const& widget, Gtk::Orientation orientation, int forSize, int& minimum,
-                       int& natural, int& minimumBaseline, int& naturalBaseline) const override;
-    void allocate_vfunc(Gtk::Widget const& widget, int width, int height, int baseline) override;
-
-private:
     explicit PanelLayout(GtkView& outermost);
 
+    // The size that the view was made with.
+    [[nodiscard]] int naturalSize(GtkOrientation orientation) const override;
+
+    void allocate(GtkWidget* widget, int width, int height) override;
+
+private:
     GtkView& view;
     int const naturalWidth;
     int const naturalHeight;

@@ -3,7 +3,6 @@
 #include <gtk/gtk.h>
 #include <gtkmm/columnviewcolumn.h>
 #include <gtkmm/cssprovider.h>
-#include <gtkmm/settings.h>
 #include <gtkmm/init.h>
 #include <gtkmm/noselection.h>
 #include <gtkmm/settings.h>

@@ -17,8 +17,11 @@ constexpr std::size_t MostLines = 6;
 std::string tooltip(PinGroup const& group, std::vector<Pin> const& pins) {
     std::string text;
     auto const lines = std::min(group.members.size(), MostLines);
-    for (std::size_t line = 0; line < lines; ++line)
-        text += (line ? "\n" : "") + pinText(pins[group.members[line]]);
+    for (std::size_t line = 0; line < lines; ++line) {
+        if (line > 0)
+            text += '\n';
+        text += pinText(pins[group.members[line]]);
+    }
     if (group.members.size() > lines)
         text += "\nand " + std::to_string(group.members.size() - lines) + " more";
     return text;

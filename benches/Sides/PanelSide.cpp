@@ -4,8 +4,6 @@
 #include "benches/Sides/BenchPanel.h"
 #include "benches/Sides/SideOptions.h"
 
-#include <gtkmm/init.h>
-
 namespace {
 
 using namespace fcp::bench;
@@ -28,7 +26,6 @@ int main(int argc, char** argv) {
     auto const options = readSideOptions(argc, argv);
     endWithParent();
     gtk_init();
-    Gtk::init_gtkmm_internals();
     BenchHost theHost(options.burst, options.burstThread);
     host = &theHost;
     auto* const window = GTK_WINDOW(gtk_window_new());

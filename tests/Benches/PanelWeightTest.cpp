@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
-#include <gtkmm/init.h>
 
 #include <fstream>
 #include <memory>
@@ -58,9 +57,8 @@ GtkWidget* findSpinner(GtkWidget* widget) {
     return found;
 }
 
-TEST(PanelWeight, TheLoadingOverlayIsDrawnWithoutAFurtherPictureLibrary) {
+TEST(PanelWeight, TheLoadingOverlayIsDrawnWithoutAFurtherPictureOrWidgetLibrary) {
     gtk_init();
-    Gtk::init_gtkmm_internals();
     SilentServer const server;
     auto* const window = gtk_window_new();
     auto* const root = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
@@ -77,6 +75,7 @@ TEST(PanelWeight, TheLoadingOverlayIsDrawnWithoutAFurtherPictureLibrary) {
         ASSERT_EQ(gtk_widget_get_width(spinner), 16);
         EXPECT_TRUE(isMapped("libwebkitgtk-6.0.so"));
         EXPECT_FALSE(isMapped("librsvg-2.so"));
+        EXPECT_FALSE(isMapped("libgtkmm-4.0.so"));
     }
     gtk_window_destroy(GTK_WINDOW(window));
 }

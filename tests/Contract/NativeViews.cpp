@@ -2,8 +2,6 @@
 
 #include "Contract/TurnUntil.h"
 
-#include <gtkmm/init.h>
-
 #include <cmath>
 #include <ostream>
 
@@ -60,7 +58,6 @@ void NativeViews::SetUpTestSuite() {
     g_log_set_always_fatal(
         static_cast<GLogLevelFlags>(G_LOG_FATAL_MASK | G_LOG_LEVEL_WARNING | G_LOG_LEVEL_CRITICAL));
     gtk_init();
-    Gtk::init_gtkmm_internals();
 }
 
 NativeViews::NativeViews() {

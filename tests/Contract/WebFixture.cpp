@@ -5,7 +5,6 @@
 #include "Platform/Gtk/GtkWebView.h"
 
 #include <gtk/gtk.h>
-#include <gtkmm/init.h>
 
 #include <algorithm>
 #include <chrono>
@@ -147,7 +146,6 @@ void WebFixture::killWebProcesses() {
 int main(int argumentCount, char** arguments) {
     testing::InitGoogleTest(&argumentCount, arguments);
     gtk_init();
-    Gtk::init_gtkmm_internals();
     g_log_set_always_fatal(
         static_cast<GLogLevelFlags>(G_LOG_LEVEL_ERROR | G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING));
     return RUN_ALL_TESTS();
