@@ -143,6 +143,9 @@ TEST_F(Pins, AreAskedForOnceHoweverManyChangesCome) {
     bool isThrough = false;
     bus.connection()->signal_subscribe([&](auto const&...) { isThrough = true; }, {}, "com.zelvix.Last",
                                        "Signal");
+    // The bus has the subscription once it answers.
+    bus.connection()->call_sync("/org/freedesktop/DBus", "org.freedesktop.DBus.Peer", "Ping", {},
+                                "org.freedesktop.DBus");
     container.tellLast();
     ASSERT_TRUE(waitUntil([&] { return isThrough; }));
     container.markers["film"] = TwoMarkers;
