@@ -1,6 +1,6 @@
 #include "FcpExtension/EventScript.h"
 
-#include <array>
+#include <algorithm>
 #include <cstddef>
 
 namespace fcp {
@@ -19,22 +19,29 @@ constexpr std::size_t base64Length(std::size_t bytes) {
     return (bytes + 2) / 3 * 4;
 }
 
-std::array<char, 4> base64Group(unsigned bits) {
-    return {alphabet[bits >> 18 & 63], alphabet[bits >> 12 & 63], alphabet[bits >> 6 & 63],
-            alphabet[bits & 63]};
+// Four characters for three bytes.
+char* writeBase64Group(char* out, unsigned bits) {
+    *out++ = alphabet[bits >> 18 & 63];
+    *out++ = alphabet[bits >> 12 & 63];
+    *out++ = alphabet[bits >> 6 & 63];
+    *out++ = alphabet[bits & 63];
+    return out;
 }
 
 // Standard alphabet, padded, without line breaks.
 void appendBase64(std::string& text, std::string_view bytes) {
-    auto const byte = [bytes](std::size_t i) -> unsigned {
-        return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U;
-    };
-    for (std::size_t i = 0; i < bytes.size(); i += 3) {
-        auto const group = base64Group(byte(i) << 16 | byte(i + 1) << 8 | byte(i + 2));
-        text.append(group.data(), group.size());
-    }
-    auto const padding = (3 - bytes.size() % 3) % 3;
-    text.replace(text.size() - padding, padding, padding, '=');
+    auto const byte = [bytes](std::size_t i) -> unsigned { return static_cast<unsigned char>(bytes[i]); };
+    auto const begin = text.size();
+    text.resize(begin + base64Length(bytes.size()));
+    char* out = text.data() + begin;
+    std::size_t i = 0;
+    for (; i + 3 <= bytes.size(); i += 3)
+        out = writeBase64Group(out, byte(i) << 16 | byte(i + 1) << 8 | byte(i + 2));
+    auto const left = bytes.size() - i;
+    if (left == 0)
+        return;
+    out = writeBase64Group(out, byte(i) << 16 | (left == 2 ? byte(i + 1) << 8 : 0U));
+    std::fill(out - (3 - left), out, '=');
 }
 
 } // namespace

@@ -55,9 +55,9 @@ std::optional<Json> toJson(std::optional<T> const& value) {
 }
 
 // One line, whatever the error's text holds, and at once: a reader of the process's output follows it live.
-void printEvaluationError(std::string const& event, std::string error) {
+void printEvaluationError(char const* event, std::string error) {
     std::ranges::replace_if(error, [](char c) { return c == '\n' || c == '\r'; }, ' ');
-    std::printf("[Zelvix] evaluateJavaScript error for %s: %s\n", event.c_str(), error.c_str());
+    std::printf("[Zelvix] evaluateJavaScript error for %s: %s\n", event, error.c_str());
     std::fflush(stdout);
 }
 
@@ -137,7 +137,9 @@ MessageHandler::Command MessageHandler::commandNamed(std::string const& name) {
 }
 
 void MessageHandler::handlePlayheadChange(double seconds) {
-    sendToJS("fcp:playhead-changed", {{"seconds", seconds}});
+    Json payload;
+    payload["seconds"] = seconds;
+    sendToJS("fcp:playhead-changed", payload);
     // In this form a previous time that is not a number fails the test too.
     auto const previousIsKnown = 0.0 <= previousPlayheadTime;
     if (previousIsKnown && std::abs(seconds - previousPlayheadTime) > jumpThreshold)
@@ -296,11 +298,14 @@ void MessageHandler::start(std::shared_ptr<ContainerBridge> const& bridge, char 
 void MessageHandler::resolve(ResolveId const& resolveId, std::optional<Json> const& value) {
     if (!resolveId)
         return;
-    auto const text = value ? writeJson(*value) : std::nullopt;
-    sendToJS("fcp:resolve", {{"resolveId", *resolveId}, {"value", text.value_or("null")}});
+    auto text = value ? writeJson(*value) : std::nullopt;
+    Json payload;
+    payload["resolveId"] = *resolveId;
+    payload["value"] = text ? std::move(*text) : "null";
+    sendToJS("fcp:resolve", payload);
 }
 
-void MessageHandler::sendToJS(std::string const& event, Json const& data) {
+void MessageHandler::sendToJS(char const* event, Json const& data) {
     auto const page = webView.lock();
     if (!page)
         return;

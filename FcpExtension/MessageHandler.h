@@ -88,7 +88,8 @@ private:
     void resolve(ResolveId const& resolveId, std::optional<Json> const& value);
 
     // The single way into the page. What cannot be written, or has no page to go to, is dropped silently.
-    void sendToJS(std::string const& event, Json const& data);
+    // `event` is a literal: the script's end may be heard of when this object is gone.
+    void sendToJS(char const* event, Json const& data);
 
     std::weak_ptr<WebView> webView;
     std::shared_ptr<ProExtensionAPI> const proExtension;

@@ -83,16 +83,16 @@ std::optional<Json> ProExtensionAPI::getSequenceInfo() const {
         return std::nullopt;
     auto const duration = mediaTime.seconds(sequence->duration());
     auto const rate = frameRate(*sequence);
-    return Json{
-        {"name", sequence->name().value_or("")},
-        {"duration", duration},
-        {"frameRate", rate},
-        // The host offers no frame size, and its start time is deliberately not asked for: the page gets
-        // these placeholders for every sequence.
-        {"width", 0},
-        {"height", 0},
-        {"startTimecode", "00:00:00:00"},
-    };
+    Json info;
+    info["name"] = sequence->name().value_or("");
+    info["duration"] = duration;
+    info["frameRate"] = rate;
+    // The host offers no frame size, and its start time is deliberately not asked for: the page gets these
+    // placeholders for every sequence.
+    info["width"] = 0;
+    info["height"] = 0;
+    info["startTimecode"] = "00:00:00:00";
+    return info;
 }
 
 void ProExtensionAPI::notifyPlayheadChanged() {

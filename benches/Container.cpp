@@ -20,7 +20,7 @@ void measure(Options const& options, Report& report) {
     BusSide bus;
     PageSide bridge(server, "bridge", "measured-bridge");
     Trips trips{{{"command", "deleteComment"}, {"commentId", "comment-4711"}}, true};
-    trips.count = options.count(600, 50);
+    trips.count = options.count(200, 50);
     Comparison time("container round trip", " us", 1, {Bound::Kind::AtMost, 1.10});
     Beside floors("floor of the engine", " us", 1, "of the bus");
     Beside together("ours", " us", 1, "both bare in one process");
@@ -43,6 +43,6 @@ void measure(Options const& options, Report& report) {
 } // namespace
 
 int main(int argc, char** argv) {
-    auto const options = readOptions(argc, argv, "the round trip of a container command", 25);
+    auto const options = readOptions(argc, argv, "the round trip of a container command", 80);
     return runProgram(options, [&options](Report& report) { measure(options, report); });
 }

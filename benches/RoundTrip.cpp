@@ -40,16 +40,16 @@ void measure(Sides& sides, Options const& options, Report& report, std::string c
 
 int main(int argc, char** argv) {
     auto const options =
-        readOptions(argc, argv, "the round trip of a request that the panel answers itself", 25);
+        readOptions(argc, argv, "the round trip of a request that the panel answers itself", 80);
     return runProgram(options, [&options](Report& report) {
         RoundServer server;
         Sides sides{{server, "panel", "measured-panel"},
                     {server, "panel-with-timeouts", "measured-panel", {"--timeouts", "100000"}},
                     {server, "engine", "measured-engine"}};
         Trips trips{{{"command", "getTimeline"}}, {{"name", "Interview"}, {"frameRate", 29.97}}};
-        trips.count = options.count(1000, 50);
+        trips.count = options.count(300, 50);
         measure(sides, options, report, "one at a time", trips);
-        trips.count = options.count(4000, 200);
+        trips.count = options.count(1200, 200);
         trips.inFlight = 64;
         measure(sides, options, report, "64 in flight", trips);
     });

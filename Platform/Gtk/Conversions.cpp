@@ -3,6 +3,7 @@
 #include "Platform/Gtk/GRef.h"
 
 #include <cstddef>
+#include <string_view>
 #include <utility>
 
 namespace fcp {
@@ -56,23 +57,19 @@ void recoverNumber(JSCValue* object, Json& body, char const* name) {
         *member = jsc_value_to_double(value.get());
 }
 
-bool isDictionary(JSCValue* value) {
-    return jsc_value_is_object(value) && !jsc_value_is_array(value) && !jsc_value_is_function(value);
-}
-
 } // namespace
 
 std::optional<Json> messageBody(JSCValue* value) {
-    if (!isDictionary(value))
-        return std::nullopt;
     GCharPtr const text(jsc_value_to_json(value, 0));
     if (!text) {
         // A cyclic value leaves an exception behind that would spoil the context for every later message.
         jsc_context_clear_exception(jsc_value_get_context(value));
         return std::nullopt;
     }
+    if (!std::string_view(text.get()).starts_with('{'))
+        return std::nullopt; // no dictionary: not worth parsing
     auto body = parseEngineJson(text.get());
-    if (!body || !body->is_object())
+    if (!body)
         return std::nullopt;
     for (auto const* name : membersWithAnyNumber)
         recoverNumber(value, *body, name);
