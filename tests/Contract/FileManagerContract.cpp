@@ -1,7 +1,7 @@
+#include "Contract/FileManagerContract.h"
+
 #include "Doubles/FakeSystem.h"
 #include "Platform/Gtk/PosixFileManager.h"
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
@@ -48,32 +48,11 @@ public:
     fs::path folder;
 };
 
-template <typename Files>
-class FileManagerContract : public testing::Test {
-protected:
-    Files files;
-};
-
 using AllFiles = testing::Types<FakeFiles, PosixFiles>;
-
-TYPED_TEST_SUITE(FileManagerContract, AllFiles);
 
 using PosixFileManagerTest = FileManagerContract<PosixFiles>;
 
-} // namespace
-
-TYPED_TEST(FileManagerContract, TellsAtEachCallWhetherTheFileIsThere) {
-    auto const path = this->files.make("marker");
-    EXPECT_TRUE(this->files.manager.fileExists(path));
-    this->files.drop(path);
-    EXPECT_FALSE(this->files.manager.fileExists(path));
-    EXPECT_EQ(this->files.make("marker"), path);
-    EXPECT_TRUE(this->files.manager.fileExists(path));
-}
-
-TYPED_TEST(FileManagerContract, TheEmptyPathIsNothing) {
-    EXPECT_FALSE(this->files.manager.fileExists(""));
-}
+INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, FileManagerContract, AllFiles);
 
 TEST_F(PosixFileManagerTest, AFolderCounts) {
     EXPECT_TRUE(files.manager.fileExists(files.folder));
@@ -95,5 +74,7 @@ TEST_F(PosixFileManagerTest, ALinkCountsAsLongAsItsTargetIsThere) {
 TEST_F(PosixFileManagerTest, APathThroughAFileIsNothing) {
     EXPECT_FALSE(files.manager.fileExists(files.make("file") + "/below"));
 }
+
+} // namespace
 
 } // namespace fcp::test

@@ -1,6 +1,5 @@
-#include <gtest/gtest.h>
+#include "Contract/MediaTimeContract.h"
 
-#include "Doubles/FakeHost.h"
 #include "Platform/Gtk/RationalMediaTime.h"
 
 #include <cmath>
@@ -11,58 +10,9 @@ namespace fcp::test {
 
 namespace {
 
-constexpr auto infinity = std::numeric_limits<double>::infinity();
-constexpr auto notANumber = std::numeric_limits<double>::quiet_NaN();
-
-template <typename Arithmetic>
-class MediaTimeContract : public testing::Test {
-protected:
-    Arithmetic const arithmetic{};
-};
-
 using Arithmetics = testing::Types<FakeMediaTime, RationalMediaTime>;
 
-TYPED_TEST_SUITE(MediaTimeContract, Arithmetics);
-
-CMTime flagged(std::uint32_t flags) {
-    return {.value = 5, .timescale = 1, .flags = flags};
-}
-
-} // namespace
-
-TYPED_TEST(MediaTimeContract, SecondsAreTheValueByTheTimescale) {
-    EXPECT_DOUBLE_EQ(this->arithmetic.seconds(mediaTime(1001, 30000)), 1001.0 / 30000.0);
-    EXPECT_DOUBLE_EQ(this->arithmetic.seconds(mediaTime(-3, 2)), -1.5);
-    EXPECT_DOUBLE_EQ(this->arithmetic.seconds(mediaTime(0, 600)), 0.0);
-}
-
-TYPED_TEST(MediaTimeContract, AnInvalidTimeIsNoNumber) {
-    EXPECT_TRUE(std::isnan(this->arithmetic.seconds(CMTime{})));
-    EXPECT_TRUE(std::isnan(this->arithmetic.seconds(flagged(0))));
-    EXPECT_TRUE(std::isnan(this->arithmetic.seconds(flagged(CMTime::PositiveInfinity))));
-}
-
-TYPED_TEST(MediaTimeContract, InfiniteTimesAreInfinities) {
-    EXPECT_EQ(this->arithmetic.seconds(flagged(CMTime::Valid | CMTime::PositiveInfinity)), infinity);
-    EXPECT_EQ(this->arithmetic.seconds(flagged(CMTime::Valid | CMTime::NegativeInfinity)), -infinity);
-}
-
-TYPED_TEST(MediaTimeContract, ATimeMadeOfSecondsIsThatManyTicks) {
-    auto const time = this->arithmetic.makeWithSeconds(12.5, 600);
-    EXPECT_EQ(time.value, 7500);
-    EXPECT_EQ(time.timescale, 600);
-    EXPECT_EQ(time.flags, CMTime::Valid);
-    EXPECT_EQ(time.epoch, 0);
-}
-
-TYPED_TEST(MediaTimeContract, TheTimescaleIsKeptWhateverTheSeconds) {
-    for (double const seconds : {0.0, -1.0, 1e16, 1e300, -1e300, notANumber, infinity, -infinity})
-        EXPECT_EQ(this->arithmetic.makeWithSeconds(seconds, 600).timescale, 600) << seconds;
-}
-
-TYPED_TEST(MediaTimeContract, SecondsThatAreNoNumberMakeAnInvalidTime) {
-    EXPECT_EQ(this->arithmetic.makeWithSeconds(notANumber, 600).flags & CMTime::Valid, 0U);
-}
+INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, MediaTimeContract, Arithmetics);
 
 TEST(RationalMediaTime, AnIndefiniteTimeIsNoNumber) {
     RationalMediaTime const arithmetic;
@@ -115,5 +65,7 @@ TEST(RationalMediaTime, ATimescaleBelowOneMakesAnInvalidTime) {
     EXPECT_EQ(arithmetic.makeWithSeconds(1, 0).flags, 0U);
     EXPECT_EQ(arithmetic.makeWithSeconds(1, -600).flags, 0U);
 }
+
+} // namespace
 
 } // namespace fcp::test
