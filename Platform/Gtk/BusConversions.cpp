@@ -1,5 +1,6 @@
 #include "Platform/Gtk/BusConversions.h"
 
+#include "FcpExtension/EntranceRules.h"
 #include "Platform/Gtk/GRef.h"
 
 #include <glib.h>
@@ -340,7 +341,7 @@ void Reader::member(Json& members, int cost) {
     if (!value)
         return;
     bool const outermost = cost == dictionaryCost;
-    bool const isTime = outermost && (std::strcmp(key, "seconds") == 0 || std::strcmp(key, "threshold") == 0);
+    bool const isTime = outermost && takesAnyNumber(key);
     members.emplace(key, isTime || isFinite(*value) ? std::move(*value) : Json());
 }
 

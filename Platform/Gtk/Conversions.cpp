@@ -1,5 +1,6 @@
 #include "Platform/Gtk/Conversions.h"
 
+#include "FcpExtension/EntranceRules.h"
 #include "Platform/Gtk/GRef.h"
 
 #include <cstddef>
@@ -9,11 +10,6 @@
 namespace fcp {
 
 namespace {
-
-constexpr int maximumNesting = 512;
-
-// Both take any number: a page may well divide by zero on its way to a time.
-constexpr char const* membersWithAnyNumber[] = {"seconds", "threshold"};
 
 bool isSurrogateEscape(std::string const& text, std::size_t backslash) {
     if (backslash + 5 >= text.size() || text[backslash + 1] != 'u')

@@ -1,26 +1,23 @@
 #include "Platform/Gtk/GLibMainLoop.h"
 
+#include "FcpExtension/OneShotTask.h"
+
 #include <utility>
 
 namespace fcp {
 
 namespace {
 
-using OwedTask = std::shared_ptr<std::function<void()>>;
-
 // An invalidated timer keeps its deadline, with nothing left to do there.
 class GLibTimer final : public Timer {
 public:
-    explicit GLibTimer(OwedTask task)
+    explicit GLibTimer(std::shared_ptr<OneShotTask> task)
         : owed(std::move(task)) {}
 
-    void invalidate() override {
-        // The task goes last: it may own this handle.
-        auto const dropped = std::exchange(*owed, nullptr);
-    }
+    void invalidate() override { owed->drop(); }
 
 private:
-    OwedTask const owed;
+    std::shared_ptr<OneShotTask> const owed;
 };
 
 } // namespace
@@ -42,11 +39,8 @@ void GLibMainLoop::after(Seconds delay, std::function<void()> task) {
 }
 
 std::unique_ptr<Timer> GLibMainLoop::timer(Seconds interval, std::function<void()> task) {
-    auto const owed = std::make_shared<std::function<void()>>(std::move(task));
-    after(interval, [owed] {
-        if (auto const run = std::exchange(*owed, nullptr))
-            run();
-    });
+    auto const owed = std::make_shared<OneShotTask>(std::move(task));
+    after(interval, [owed] { owed->run(); });
     return std::make_unique<GLibTimer>(owed);
 }
 
