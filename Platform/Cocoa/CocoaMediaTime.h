@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Ports/MediaTime.h"
+
+namespace fcp {
+
+// Media times by the system's own arithmetic.
+class CocoaMediaTime final : public MediaTime {
+public:
+    [[nodiscard]] double seconds(CMTime time) const override;
+
+    // Seconds beyond the range of the value give its end, and never a coarser timescale: whoever asks for 600
+    // is promised 600.
+    [[nodiscard]] CMTime makeWithSeconds(double seconds, std::int32_t preferredTimescale) const override;
+};
+
+} // namespace fcp

@@ -1,0 +1,4 @@
+#pragma once
+
+// Where Foundation's headers look for the block runtime.
+#include <Block.h>
