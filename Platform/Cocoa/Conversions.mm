@@ -245,7 +245,7 @@ std::optional<std::string> readString(NSString* text) {
         return std::nullopt;
     @autoreleasepool {
         auto* data = utf8(text);
-        // A lossy conversion drops lone surrogates, and the rest of the text with them, on some systems.
+        // A lossy conversion would drop lone surrogates on some systems.
         if (!data)
             data = utf8(withoutLoneSurrogates(text).get());
         return std::string(static_cast<char const*>([data bytes]), [data length]);
