@@ -218,6 +218,22 @@ TEST_F(CocoaHostRuntimeTest, HoldsTheHostAsLongAsItLivesAndNoLonger) {
     EXPECT_EQ(journal.count("sequence dealloc"), 1);
 }
 
+TEST_F(CocoaHostRuntimeTest, LetsGoOfAnObserverOnceItIsRemoved) {
+    struct Observer final : FCPXTimelineObserver {};
+
+    auto observer = std::make_shared<Observer>();
+    std::weak_ptr const watched = observer;
+    auto const found = runtime.proExtensionHostSingleton();
+    {
+        Pool const pool;
+        found->timeline()->add(observer);
+        found->timeline()->remove(observer);
+        EXPECT_TRUE(host.removedWhatWasAdded());
+    }
+    observer = nullptr;
+    EXPECT_TRUE(watched.expired());
+}
+
 TEST_F(CocoaHostRuntimeTest, AsksTheProcessAnewEachTime) {
     EXPECT_NE(runtime.proExtensionHostSingleton(), nullptr);
     host.dropHost();
