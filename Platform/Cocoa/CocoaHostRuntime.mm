@@ -133,8 +133,7 @@ private:
 
 std::shared_ptr<FCPXHost> CocoaHostRuntime::proExtensionHostSingleton() {
     // Looked up rather than linked: a missing symbol is a process without a host, not the end of it.
-    auto const singleton =
-        reinterpret_cast<FCPXHostObject (*)()>(dlsym(RTLD_DEFAULT, "ProExtensionHostSingleton"));
+    auto const singleton = reinterpret_cast<id (*)()>(dlsym(RTLD_DEFAULT, "ProExtensionHostSingleton"));
     FCPXHostObject const host = singleton ? singleton() : nil;
     return host ? std::make_shared<CocoaHost>(host) : nullptr;
 }
