@@ -99,6 +99,7 @@ ViewDescription retryConnectionButton(std::function<void()> action) {
     button.content = ButtonContent{.title = "Retry connection",
                                    .font = {10, FontWeight::Semibold},
                                    .cellBackground = retryBackground,
+                                   .selector = "retryConnection",
                                    .action = std::move(action)};
     return button;
 }

@@ -65,11 +65,14 @@ struct LabelContent {
 // Spinning style, indeterminate, its animation started.
 struct SpinnerContent {};
 
-// A push button: rounded bezel, bordered. `action` runs on the main thread and must not own the view.
+// A push button: rounded bezel, bordered. It says the same in two ways, and a platform takes its own: buttons
+// with a target and a message send `selector` to the panel's principal object, others run `action`, on the
+// main thread; `action` must not own the view.
 struct ButtonContent {
     std::string title;
     Font font;
     Color cellBackground;
+    std::string selector;
     std::function<void()> action;
 };
 

@@ -4,6 +4,7 @@
 #include "Platform/Cocoa/RetainPtr.h"
 #include "Ports/Json.h"
 #include "Ports/Url.h"
+#include "Ports/WebView.h"
 
 #import <CoreMedia/CoreMedia.h>
 #import <Foundation/Foundation.h>
@@ -36,6 +37,14 @@ namespace fcp {
 
 // The text stays as it is given. None when it makes no absolute address.
 [[nodiscard]] std::optional<Url> parseUrl(std::string const& text);
+
+// Nil when the address is none after all.
+[[nodiscard]] RetainPtr<NSURL*> makeUrl(Url const& url);
+
+// None for nil.
+[[nodiscard]] std::optional<Url> readUrl(NSURL* url);
+
+[[nodiscard]] NavigationError readError(NSError* error);
 
 [[nodiscard]] ::CMTime makeMediaTime(CMTime time);
 [[nodiscard]] CMTime readMediaTime(::CMTime time);

@@ -279,6 +279,25 @@ std::optional<Url> parseUrl(std::string const& text) {
     }
 }
 
+RetainPtr<NSURL*> makeUrl(Url const& url) {
+    return RetainPtr<NSURL*>::retain([NSURL URLWithString:makeString(url.absoluteString).get()]);
+}
+
+std::optional<Url> readUrl(NSURL* url) {
+    if (!url)
+        return std::nullopt;
+    @autoreleasepool {
+        return Url{readString([url absoluteString]).value_or(""), readString([url host])};
+    }
+}
+
+NavigationError readError(NSError* error) {
+    @autoreleasepool {
+        return {readString([error domain]).value_or(""), [error code],
+                readString([error localizedDescription]).value_or("")};
+    }
+}
+
 ::CMTime makeMediaTime(CMTime time) {
     return {time.value, time.timescale, time.flags, time.epoch};
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Doubles/Journal.h"
+
 #include <string>
 #include <vector>
 
@@ -16,5 +18,9 @@ struct LoggedLine {
 
 // What was written to the unified log since the last call. Any thread.
 [[nodiscard]] std::vector<LoggedLine> takeLoggedLines();
+
+// Notes lines from here on in a journal too, as "LEVEL: text", those of the default log as "default LEVEL:
+// text"; null ends it.
+void noteLoggedLines(Journal* journal);
 
 } // namespace fcp::test

@@ -36,7 +36,7 @@ Picture::Picture(GtkWidget* widget)
     auto* const node = gtk_snapshot_free_to_node(snapshot);
     graphene_rect_t const area{{0, 0}, {static_cast<float>(width), static_cast<float>(height)}};
     auto* const renderer = gtk_native_get_renderer(gtk_widget_get_native(widget));
-    auto const texture = GRef<GdkTexture>::adopt(gsk_renderer_render_texture(renderer, node, &area));
+    texture = GRef<GdkTexture>::adopt(gsk_renderer_render_texture(renderer, node, &area));
     gsk_render_node_unref(node);
     gdk_texture_download(texture.get(), bytes.data(), static_cast<std::size_t>(width) * 4);
 }
@@ -52,6 +52,10 @@ int Picture::inked(Place const& place, Pixel const& background) const {
 
 bool Picture::shows(Place const& place, Pixel const& color) const {
     return count(place, color) > 0;
+}
+
+void Picture::save(std::string const& file) const {
+    EXPECT_TRUE(gdk_texture_save_to_png(texture.get(), file.c_str())) << file;
 }
 
 int Picture::count(Place const& place, Pixel const& color) const {

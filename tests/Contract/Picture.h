@@ -25,12 +25,15 @@ public:
     // Whether any pixel inside `place` is of the color.
     [[nodiscard]] bool shows(Place const& place, Pixel const& color) const;
 
+    void save(std::string const& file) const;
+
 private:
     [[nodiscard]] int count(Place const& place, Pixel const& color) const;
 
     int const width;
     int const height;
     std::vector<guchar> bytes;
+    GRef<GdkTexture> texture;
 };
 
 } // namespace fcp::test

@@ -1,6 +1,6 @@
+#include "Contract/WebViewContract.h"
 #include "Contract/WebFixture.h"
 #include "Doubles/FakeWebEngine.h"
-#include "FcpExtension/EventScript.h"
 #include "Platform/Gtk/GLibMainLoop.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +14,8 @@ using Lines = std::vector<std::string>;
 // The double: a page is what the test says it is.
 class FakeHarness {
 public:
+    static constexpr bool knowsInspection = false;
+
     WebEngine& engine() { return fakeEngine; }
 
     void open(WebView&) {}
@@ -31,6 +33,8 @@ private:
 // The real engine with a real page, which notes the events that it hears.
 class GtkHarness {
 public:
+    static constexpr bool knowsInspection = false;
+
     GtkHarness() {
         server.answer("/page",
                       pageAnswer("<script>const heard = []; for (const name of ['fcp:one', 'fcp:two']) "
@@ -78,119 +82,8 @@ private:
     MisbehavingServer server;
 };
 
-// Calls back with each message, and tells which controller delivered it.
-class Receiver final : public ScriptMessageHandler {
-public:
-    void userContentController(UserContentController& controller, ScriptMessage const& message) override {
-        sender = &controller;
-        names.push_back(message.name);
-        bodies.push_back(message.body);
-        if (onMessage)
-            onMessage();
-    }
-
-    UserContentController* sender = nullptr;
-    Lines names;
-    std::vector<Json> bodies;
-    std::function<void()> onMessage;
-};
-
-template <typename Harness>
-class WebViewContract : public testing::Test {
-protected:
-    void SetUp() override {
-        controller = harness.engine().makeUserContentController();
-        controller->addScriptMessageHandler(receiver, "fcpBridge");
-        webView = harness.engine().makeWebView({0, 0, 400, 700}, {controller, {true}});
-    }
-
-    Harness harness;
-    std::shared_ptr<Receiver> receiver = std::make_shared<Receiver>();
-    std::shared_ptr<UserContentController> controller;
-    std::shared_ptr<WebView> webView;
-};
-
 using Harnesses = testing::Types<FakeHarness, GtkHarness>;
-TYPED_TEST_SUITE(WebViewContract, Harnesses);
-
-TYPED_TEST(WebViewContract, DeliversAPostedMessageToItsHandler) {
-    Json const body{
-        {"command", "seekTo"}, {"seconds", 12.5}, {"list", {1, nullptr, true}}, {"text", "\u00e9"}};
-    this->harness.open(*this->webView);
-    this->harness.post(*this->webView, body);
-    EXPECT_EQ(this->receiver->names, Lines{"fcpBridge"});
-    EXPECT_EQ(this->receiver->bodies, std::vector<Json>{body});
-    EXPECT_EQ(this->receiver->sender, this->controller.get());
-}
-
-TYPED_TEST(WebViewContract, DeliversNothingToARemovedHandler) {
-    this->harness.open(*this->webView);
-    this->controller->removeAllScriptMessageHandlers();
-    this->harness.post(*this->webView, {{"a", 1}});
-    EXPECT_EQ(this->receiver->bodies, std::vector<Json>{});
-}
-
-TYPED_TEST(WebViewContract, DeliversToTheHandlerThatTookTheNameOver) {
-    this->harness.open(*this->webView);
-    auto const next = std::make_shared<Receiver>();
-    this->controller->removeAllScriptMessageHandlers();
-    this->controller->addScriptMessageHandler(next, "fcpBridge");
-    this->harness.post(*this->webView, {{"a", 1}});
-    EXPECT_EQ(this->receiver->bodies, std::vector<Json>{});
-    EXPECT_EQ(next->bodies, (std::vector<Json>{{{"a", 1}}}));
-}
-
-TYPED_TEST(WebViewContract, SharesTheOwnershipOfAHandlerUntilItIsRemoved) {
-    std::weak_ptr<Receiver> const weak = this->receiver;
-    this->receiver.reset();
-    EXPECT_FALSE(weak.expired());
-    this->controller->removeAllScriptMessageHandlers();
-    EXPECT_TRUE(weak.expired());
-}
-
-TYPED_TEST(WebViewContract, LetsAHandlerRemoveItselfWhileItIsCalled) {
-    this->harness.open(*this->webView);
-    std::weak_ptr<Receiver> const weak = this->receiver;
-    this->receiver->onMessage = [this] { this->controller->removeAllScriptMessageHandlers(); };
-    this->receiver.reset();
-    this->harness.post(*this->webView, {{"a", 1}});
-    EXPECT_TRUE(weak.expired());
-}
-
-TYPED_TEST(WebViewContract, RunsEventScriptsInTheOrderOfTheCalls) {
-    this->harness.open(*this->webView);
-    for (auto const* name : {"fcp:one", "fcp:two", "fcp:one"})
-        this->webView->evaluateJavaScript(eventScript(name, "{}"),
-                                          [](auto const& error) { EXPECT_FALSE(error); });
-    EXPECT_EQ(this->harness.heard(*this->webView), (Lines{"fcp:one", "fcp:two", "fcp:one"}));
-}
-
-TYPED_TEST(WebViewContract, LetsAViewThatWasNeverUsedGoAtOnce) {
-    auto view = this->harness.engine().makeWebView();
-    std::weak_ptr<WebView> const weak = view;
-    view.reset();
-    EXPECT_TRUE(weak.expired());
-}
-
-TYPED_TEST(WebViewContract, BorrowsItsDelegate) {
-    auto delegate = std::make_shared<RecordingDelegate>();
-    std::weak_ptr<NavigationDelegate> const weak = delegate;
-    this->webView->setNavigationDelegate(delegate);
-    delegate.reset();
-    EXPECT_TRUE(weak.expired());
-}
-
-TYPED_TEST(WebViewContract, HasNoAddressBeforeTheFirstLoad) {
-    EXPECT_FALSE(this->webView->url());
-}
-
-TYPED_TEST(WebViewContract, KnowsNoMarkForInspection) {
-    EXPECT_FALSE(this->webView->markInspectable());
-}
-
-TYPED_TEST(WebViewContract, HasAView) {
-    EXPECT_NE(this->webView->view(), nullptr);
-}
+INSTANTIATE_TYPED_TEST_SUITE_P(Gtk, WebViewContract, Harnesses);
 
 } // namespace
 

@@ -22,6 +22,20 @@ namespace {
 
 std::mutex mutex;
 std::vector<fcp::test::LoggedLine> lines;
+fcp::test::Journal* journal = nullptr;
+
+char const* levelName(os_log_type_t type) {
+    switch (type) {
+    case OS_LOG_TYPE_INFO:
+        return "info";
+    case OS_LOG_TYPE_DEBUG:
+        return "debug";
+    case OS_LOG_TYPE_ERROR:
+        return "error";
+    default:
+        return "other";
+    }
+}
 
 } // namespace
 
@@ -44,10 +58,18 @@ void standinWrite(os_log_t log, os_log_type_t type, char const* format, id value
             std::string_view(format) == "%{public}@" ? [[value description] UTF8String] : "<private>";
         std::lock_guard const guard(mutex);
         lines.push_back({origin->subsystem, origin->category, type, text});
+        if (journal)
+            journal->note((origin->category.empty() ? "default " : "") + std::string(levelName(type)) + ": " +
+                          text);
     }
 }
 
 namespace fcp::test {
+
+void noteLoggedLines(Journal* taken) {
+    std::lock_guard const guard(mutex);
+    journal = taken;
+}
 
 std::vector<LoggedLine> takeLoggedLines() {
     std::lock_guard const guard(mutex);
