@@ -1,5 +1,11 @@
 if(APPLE)
     set(FCP_PLATFORM Cocoa)
+    # For every folder that compiles Objective-C++ or links what is.
+    set(CMAKE_OBJCXX_STANDARD 20)
+    set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
+    set(CMAKE_OBJCXX_EXTENSIONS OFF)
+    set(CMAKE_OBJCXX_VISIBILITY_PRESET hidden)
+    enable_language(OBJCXX)
 else()
     set(FCP_PLATFORM Gtk)
 endif()
