@@ -128,6 +128,6 @@ build() {
 
 # cxx_files: our C++ sources and headers, each followed by a zero byte.
 cxx_files() {
-    (cd "$root" && find FcpExtension Ports Platform Workbench tests benches tools -name node_modules -prune -o \
+    (cd "$root" && find FcpExtension Ports Platform Workbench packaging tests benches tools -name node_modules -prune -o \
         -type f \( -name '*.h' -o -name '*.cpp' -o -name '*.mm' \) -printf "$root/%p\0" | sort -z)
 }
