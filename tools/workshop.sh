@@ -88,6 +88,31 @@ ensure_packages() {
     installed=yes
 }
 
+workflow_linter=$root/tools/workflow-lint
+
+# has_workflow_linter: whether what the lock file names is what is installed.
+has_workflow_linter() {
+    cmp -s "$workflow_linter"/package-lock.json "$workflow_linter/node_modules/.package-lock.installed"
+}
+
+install_workflow_linter() {
+    npm --prefix "$workflow_linter" ci --ignore-scripts --no-audit --no-fund --loglevel=error --fetch-retries=1 --fetch-timeout=60000 </dev/null &&
+        cp "$workflow_linter"/{package-lock.json,node_modules/.package-lock.installed}
+}
+
+# ensure_workflow_linter: installs it where it is missing. The check that needs it fails without it and says so, which
+# is no reason to run no other.
+ensure_workflow_linter() {
+    if has_workflow_linter; then
+        return
+    fi
+    # Debian's npm and another's exclude each other, so one that answers is as good.
+    if ! npm --version >/dev/null 2>&1; then
+        (ensure_packages npm) || return 0
+    fi
+    (stage 3 "install tools/workflow-lint with npm" install_workflow_linter) || return 0
+}
+
 # configure PRESET: makes or renews build/PRESET. Ninja sees to a changed CMakeLists.txt by itself, so there is
 # something to do only when the presets changed, or what is installed.
 configure() {

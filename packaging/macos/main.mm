@@ -14,7 +14,7 @@ NSString* const purpose =
 
 RetainPtr<NSTextField*> makeLabel() {
     auto const label =
-        RetainPtr<NSTextField*>::adopt([[NSTextField alloc] initWithFrame:NSMakeRect(20, 20, 400, 140)]);
+        RetainPtr<NSTextField*>::adopt([[NSTextField alloc] initWithFrame:NSMakeRect(20, 20, 400, 110)]);
     [label.get() setStringValue:purpose];
     [label.get() setBezeled:NO];
     [label.get() setDrawsBackground:NO];
@@ -25,7 +25,7 @@ RetainPtr<NSTextField*> makeLabel() {
 
 RetainPtr<NSWindow*> makeWindow() {
     auto const window = RetainPtr<NSWindow*>::adopt([[NSWindow alloc]
-        initWithContentRect:NSMakeRect(0, 0, 440, 180)
+        initWithContentRect:NSMakeRect(0, 0, 440, 150)
                   styleMask:NSWindowStyleMaskTitled | NSWindowStyleMaskClosable
                     backing:NSBackingStoreBuffered
                       defer:NO]);

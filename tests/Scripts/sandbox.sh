@@ -18,7 +18,9 @@ make_sandbox() {
     cp "$source_root/cmake/packages.txt" "$top/cmake"
     cp "$source_root/.ci/run" "$top/.ci"
     touch "$journal"
-    for tool in awk basename bash cat chmod cp cut date dirname env find grep ls mkdir rm sed setsid sort timeout touch tr wc; do
+    rm -rf "$top/tools/workflow-lint/node_modules"
+    workflow_linter_installed
+    for tool in awk basename bash cat chmod cmp cp cut date dirname env find grep ls mkdir rm sed setsid sort timeout touch tr wc; do
         ln -s "$(command -v "$tool")" "$sandbox/bin/$tool"
     done
     stand_in id 'echo 0'
@@ -26,6 +28,12 @@ make_sandbox() {
     stand_in apt-get ''
     stand_in ctest 'echo "100% tests passed"'
     stand_in cmake 'if [[ $1 == --preset ]]; then mkdir -p "build/$2/bin"; touch "build/$2/build.ninja"; fi'
+}
+
+# workflow_linter_installed: what ./test leaves when it has installed the linter of workflow files.
+workflow_linter_installed() {
+    mkdir -p "$top/tools/workflow-lint/node_modules"
+    cp "$top/tools/workflow-lint"/{package-lock.json,node_modules/.package-lock.installed}
 }
 
 # stand_in NAME BODY: a program of this name, first on the path, that notes its call and runs BODY.
