@@ -50,14 +50,16 @@ endfunction()
 # Builds what thread checking runs, and nothing that uses a toolkit.
 add_custom_target(plain-tests)
 
-# fcp_add_test(NAME SOURCES... [LIBRARIES...] [TOOLKIT] [SESSION] [LOCKS name...] [LABELS name...] [TIMEOUT seconds])
+# fcp_add_test(NAME SOURCES... [LIBRARIES...] [TOOLKIT] [SESSION | UNDER script] [LOCKS name...] [LABELS name...]
+#     [TIMEOUT seconds])
 #
-# One test program; TOOLKIT when it includes the toolkit or the web engine. With SESSION it runs under a private session bus, display, home and runtime folder
-# (tests/with-session). LOCKS names what belongs to the whole machine: "markers" for the marker files in /tmp,
-# "port3000". The label "long" keeps a test out of ./test and in ./test --long; "plain" marks what uses no
-# toolkit and is therefore also run with thread checking.
+# One test program; TOOLKIT when it includes the toolkit or the web engine. With SESSION it runs under a private session
+# bus, display, home and runtime folder (tests/with-session), with UNDER under another script that takes the command.
+# LOCKS names what belongs to the whole machine: "markers" for the marker files in /tmp, "port3000". The label "long"
+# keeps a test out of ./test and in ./test --long; "plain" marks what uses no toolkit and is therefore also run with
+# thread checking.
 function(fcp_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "SESSION;OWN_MAIN;TOOLKIT" "TIMEOUT" "SOURCES;LIBRARIES;LOCKS;LABELS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "SESSION;OWN_MAIN;TOOLKIT" "TIMEOUT;UNDER" "SOURCES;LIBRARIES;LOCKS;LABELS")
     add_executable(${name} ${arg_SOURCES})
     fcp_warnings(${name})
     fcp_compile_alike(${name})
@@ -71,7 +73,7 @@ function(fcp_add_test name)
     if(arg_SESSION)
         list(PREPEND command ${PROJECT_SOURCE_DIR}/tests/with-session)
     endif()
-    add_test(NAME ${name} COMMAND ${command})
+    add_test(NAME ${name} COMMAND ${arg_UNDER} ${command})
     if("plain" IN_LIST arg_LABELS)
         add_dependencies(plain-tests ${name})
     endif()
