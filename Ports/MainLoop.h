@@ -30,10 +30,11 @@ public:
     // the main thread.
     virtual void post(std::function<void()> task) = 0;
 
-    // Fire and forget: cannot be cancelled, and tens of thousands may be owed at once. Main thread only.
+    // Fire and forget: cannot be cancelled, and tens of thousands may be owed at once. Never runs early; a
+    // delay that is negative or not a number is none, and an infinite one never ends. Main thread only.
     virtual void after(Seconds delay, std::function<void()> task) = 0;
 
-    // Main thread only.
+    // Reads its interval as `after` does. Main thread only.
     [[nodiscard]] virtual std::unique_ptr<Timer> timer(Seconds interval, std::function<void()> task) = 0;
 };
 

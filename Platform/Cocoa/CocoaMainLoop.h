@@ -10,8 +10,6 @@ class CocoaMainLoop final : public MainLoop {
 public:
     [[nodiscard]] bool isMainThread() const override;
     void post(std::function<void()> task) override;
-
-    // A delay that is negative or not a number is none; an infinite one never ends.
     void after(Seconds delay, std::function<void()> task) override;
     [[nodiscard]] std::unique_ptr<Timer> timer(Seconds interval, std::function<void()> task) override;
 };

@@ -1,13 +1,12 @@
 #include "Platform/Cocoa/CocoaMainLoop.h"
 
+#include "FcpExtension/Delay.h"
 #include "FcpExtension/OneShotTask.h"
 #include "Platform/Cocoa/RetainPtr.h"
 
 #include <dispatch/dispatch.h>
 
-#include <algorithm>
-#include <cmath>
-#include <cstdint>
+#include <chrono>
 #include <utility>
 
 namespace fcp {
@@ -27,15 +26,6 @@ void runTask(void* owned) {
 
 void* handOver(Task task) {
     return std::make_unique<Task>(std::move(task)).release();
-}
-
-dispatch_time_t moment(Seconds delay) {
-    constexpr Seconds century{100.0 * 365 * 24 * 3600}; // a nanosecond counter holds three
-    if (delay >= century)
-        return DISPATCH_TIME_FOREVER;
-    // Rounded up: a delay is never cut short.
-    auto const nanoseconds = delay.count() > 0 ? std::ceil(delay.count() * NSEC_PER_SEC) : 0.0;
-    return dispatch_time(DISPATCH_TIME_NOW, static_cast<std::int64_t>(nanoseconds));
 }
 
 class CocoaTimer final : public Timer {
@@ -65,13 +55,14 @@ void CocoaMainLoop::post(std::function<void()> task) {
 }
 
 void CocoaMainLoop::after(Seconds delay, std::function<void()> task) {
-    dispatch_after_f(moment(delay), dispatch_get_main_queue(), handOver(std::move(task)), runTask);
+    auto const moment = dispatch_time(DISPATCH_TIME_NOW, ticksOf<std::chrono::nanoseconds>(delay));
+    dispatch_after_f(moment, dispatch_get_main_queue(), handOver(std::move(task)), runTask);
 }
 
 std::unique_ptr<Timer> CocoaMainLoop::timer(Seconds interval, std::function<void()> task) {
     auto const owed = std::make_shared<OneShotTask>(std::move(task));
     // Not the block but the task in it is what an invalidated timer lets go of, at once and on every system.
-    auto* const timer = [NSTimer scheduledTimerWithTimeInterval:std::max(0.0, interval.count())
+    auto* const timer = [NSTimer scheduledTimerWithTimeInterval:usableDelay(interval).count()
                                                         repeats:NO
                                                           block:^(NSTimer*) {
                                                             owed->run();

@@ -1,27 +1,14 @@
 #include "Platform/Gtk/DeadlineHeap.h"
 
+#include "FcpExtension/Delay.h"
 #include "Platform/Gtk/TurnBudget.h"
 
 #include <algorithm>
-#include <cmath>
+#include <chrono>
 #include <tuple>
 #include <utility>
 
 namespace fcp {
-
-namespace {
-
-constexpr double microsecondsPerSecond = 1e6;
-constexpr std::int64_t longestDelay = std::int64_t{1} << 60; // microseconds: some 36,000 years
-
-std::int64_t microseconds(Seconds delay) {
-    auto const whole = std::ceil(delay.count() * microsecondsPerSecond);
-    if (!(whole > 0))
-        return 0;
-    return whole < static_cast<double>(longestDelay) ? static_cast<std::int64_t>(whole) : longestDelay;
-}
-
-} // namespace
 
 DeadlineHeap::DeadlineHeap(GMainContext* context)
     : source(context, [this] { runTurn(); }) {}
@@ -31,7 +18,8 @@ bool DeadlineHeap::later(Entry const& a, Entry const& b) {
 }
 
 void DeadlineHeap::after(Seconds delay, std::function<void()> task) {
-    entries.push_back({g_get_monotonic_time() + microseconds(delay), nextNumber++, std::move(task)});
+    auto const time = g_get_monotonic_time() + ticksOf<std::chrono::microseconds>(delay);
+    entries.push_back({time, nextNumber++, std::move(task)});
     std::ranges::push_heap(entries, later);
     waitForEarliest();
 }

@@ -16,8 +16,7 @@ class DeadlineHeap {
 public:
     explicit DeadlineHeap(GMainContext* context);
 
-    // Never runs early. Equal moments keep the order of the calls; a delay that is negative or not a number
-    // is none; an infinite one never ends.
+    // Equal moments keep the order of the calls.
     void after(Seconds delay, std::function<void()> task);
 
 private:

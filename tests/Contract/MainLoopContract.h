@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <numeric>
 #include <optional>
@@ -121,6 +122,24 @@ TYPED_TEST_P(MainLoopContract, ADelayInThePastIsNone) {
     EXPECT_TRUE(this->waitFor([&] { return ran; }));
 }
 
+TYPED_TEST_P(MainLoopContract, ADelayThatIsNoNumberIsNone) {
+    int ran = 0;
+    this->loop.after(Seconds(std::numeric_limits<double>::quiet_NaN()), [&] { ++ran; });
+    auto const timer = this->loop.timer(Seconds(std::numeric_limits<double>::quiet_NaN()), [&] { ++ran; });
+    EXPECT_EQ(ran, 0);
+    EXPECT_TRUE(this->waitFor([&] { return ran == 2; }));
+}
+
+TYPED_TEST_P(MainLoopContract, AnEndlessDelayNeverEnds) {
+    auto const ran = std::make_shared<int>(0); // outlives this case, as what is owed does
+    for (double const endless : {1e300, std::numeric_limits<double>::infinity()}) {
+        this->loop.after(Seconds(endless), [ran] { ++*ran; });
+        this->loop.timer(Seconds(endless), [ran] { ++*ran; }).reset();
+    }
+    this->settle();
+    EXPECT_EQ(*ran, 0);
+}
+
 TYPED_TEST_P(MainLoopContract, ATaskMayOweTheNextOne) {
     int ran = 0;
     std::function<void()> const again = [&] {
@@ -205,13 +224,16 @@ TYPED_TEST_P(MainLoopContract, ATimerThatOwnsItsHandleMayBeInvalidated) {
     EXPECT_TRUE(gone.expired());
 }
 
-REGISTER_TYPED_TEST_SUITE_P(
-    MainLoopContract, PostsRunLaterAndInTheirOrder, ATaskThatPostsHasReturnedWhenThePostRuns,
-    PostsOfAnotherThreadRunAndEndOnTheMainThread, TellsTheMainThreadFromOthers, ADelayIsNeverCutShort,
-    EarlierDeadlinesRunFirstAndEqualOnesInTheOrderOfTheCalls,
-    DeadlinesWithoutADelayKeepTheOrderOfTheCallsAndRunLater, ADelayInThePastIsNone, ATaskMayOweTheNextOne,
-    ATimerFiresOnce, AnInvalidatedTimerNeverFiresAndLetsGoOfItsTask, DestroyingTheHandleLeavesTheTimerRunning,
-    ATimerMayBeInvalidatedInItsOwnTaskAndAfterIt, ATimerMayBeDestroyedAndReplacedInItsOwnTask,
-    ATaskMayInvalidateATimerThatIsDueWithIt, ATimerThatOwnsItsHandleMayBeInvalidated);
+REGISTER_TYPED_TEST_SUITE_P(MainLoopContract, PostsRunLaterAndInTheirOrder,
+                            ATaskThatPostsHasReturnedWhenThePostRuns,
+                            PostsOfAnotherThreadRunAndEndOnTheMainThread, TellsTheMainThreadFromOthers,
+                            ADelayIsNeverCutShort, EarlierDeadlinesRunFirstAndEqualOnesInTheOrderOfTheCalls,
+                            DeadlinesWithoutADelayKeepTheOrderOfTheCallsAndRunLater, ADelayInThePastIsNone,
+                            ADelayThatIsNoNumberIsNone, AnEndlessDelayNeverEnds, ATaskMayOweTheNextOne,
+                            ATimerFiresOnce, AnInvalidatedTimerNeverFiresAndLetsGoOfItsTask,
+                            DestroyingTheHandleLeavesTheTimerRunning,
+                            ATimerMayBeInvalidatedInItsOwnTaskAndAfterIt,
+                            ATimerMayBeDestroyedAndReplacedInItsOwnTask,
+                            ATaskMayInvalidateATimerThatIsDueWithIt, ATimerThatOwnsItsHandleMayBeInvalidated);
 
 } // namespace fcp::test

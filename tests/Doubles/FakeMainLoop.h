@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FcpExtension/Delay.h"
 #include "Ports/MainLoop.h"
 
 #include <deque>
@@ -87,7 +88,7 @@ private:
 
     std::shared_ptr<Entry> schedule(Seconds delay, std::function<void()> task) {
         auto entry = std::make_shared<Entry>(Entry{std::move(task)});
-        owed.emplace(now + delay, entry); // equal deadlines stay in the order of the calls
+        owed.emplace(now + usableDelay(delay), entry); // equal deadlines stay in the order of the calls
         return entry;
     }
 
