@@ -3,6 +3,7 @@
 #include "Ports/HostRuntime.h"
 #include "Ports/MediaTime.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace fcp {
@@ -11,7 +12,20 @@ namespace {
 
 constexpr std::int32_t seekTimescale = 600;
 
+// Further away a platform would make the ticks coarser, for the sake of the value's 63 bits.
+constexpr double furthestSeek = 9223372036854774784.0 / seekTimescale; // the last number below 2^63
+static_assert(furthestSeek * seekTimescale < 9223372036854775808.0);
+
+// Always in ticks of a 600th, whatever the seconds.
+CMTime seekTime(MediaTime const& mediaTime, double seconds) {
+    if (std::isfinite(seconds))
+        return mediaTime.makeWithSeconds(std::clamp(seconds, -furthestSeek, furthestSeek), seekTimescale);
+    auto time = mediaTime.makeWithSeconds(seconds, seekTimescale);
+    time.timescale = seekTimescale;
+    return time;
 }
+
+} // namespace
 
 // What the host holds. It refers back weakly, so that a notification which races with the panel's end finds
 // either a live object or none.
@@ -71,7 +85,7 @@ double ProExtensionAPI::getPlayheadSeconds() const {
 }
 
 void ProExtensionAPI::seekTo(double seconds) {
-    auto const time = mediaTime.makeWithSeconds(seconds, seekTimescale);
+    auto const time = seekTime(mediaTime, seconds);
     if (auto const current = timeline())
         current->movePlayheadTo(time);
 }

@@ -14,7 +14,9 @@ public:
     // Not a number for an invalid or indefinite time, an infinity for an infinite one.
     [[nodiscard]] virtual double seconds(CMTime time) const = 0;
 
-    // How a value that lies between two ticks is rounded is the platform's affair. Any seconds are safe.
+    // `seconds` are within the range of a value in that timescale, infinite or no number: the latter two make
+    // an infinite and an invalid time, from which the platform may leave the timescale out. How a value that
+    // lies between two ticks is rounded is the platform's affair.
     [[nodiscard]] virtual CMTime makeWithSeconds(double seconds, std::int32_t preferredTimescale) const = 0;
 };
 

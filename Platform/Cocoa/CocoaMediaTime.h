@@ -8,9 +8,6 @@ namespace fcp {
 class CocoaMediaTime final : public MediaTime {
 public:
     [[nodiscard]] double seconds(CMTime time) const override;
-
-    // Seconds beyond the range of the value give its end, and never a coarser timescale: whoever asks for 600
-    // is promised 600.
     [[nodiscard]] CMTime makeWithSeconds(double seconds, std::int32_t preferredTimescale) const override;
 };
 

@@ -12,17 +12,6 @@ namespace {
 constexpr auto notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr auto infinity = std::numeric_limits<double>::infinity();
 
-// 2^63, the first double above every value; its negative is the lowest value itself.
-constexpr double valueEnd = 9223372036854775808.0;
-
-std::int64_t saturated(double ticks) {
-    if (ticks >= valueEnd)
-        return std::numeric_limits<std::int64_t>::max();
-    if (ticks < -valueEnd)
-        return std::numeric_limits<std::int64_t>::min();
-    return static_cast<std::int64_t>(ticks);
-}
-
 } // namespace
 
 double RationalMediaTime::seconds(CMTime time) const {
@@ -46,7 +35,7 @@ CMTime RationalMediaTime::makeWithSeconds(double seconds, std::int32_t preferred
         time.flags |= seconds > 0 ? CMTime::PositiveInfinity : CMTime::NegativeInfinity;
         return time;
     }
-    time.value = saturated(seconds * preferredTimescale);
+    time.value = static_cast<std::int64_t>(seconds * preferredTimescale);
     if (this->seconds(time) != seconds)
         time.flags |= CMTime::HasBeenRounded;
     return time;

@@ -5,7 +5,6 @@
 #include "Ports/HostRuntime.h"
 #include "Ports/MediaTime.h"
 
-#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -23,7 +22,8 @@ namespace fcp::test {
     return {};
 }
 
-// Plain arithmetic: truncates towards zero, saturates, and calls everything invalid that is no number.
+// Plain arithmetic, and as unhelpful as a platform may be: coarser ticks where a value does not fit, and no
+// timescale where there are no ticks.
 class FakeMediaTime final : public MediaTime {
 public:
     [[nodiscard]] double seconds(CMTime time) const override {
@@ -38,11 +38,12 @@ public:
 
     [[nodiscard]] CMTime makeWithSeconds(double seconds, std::int32_t preferredTimescale) const override {
         ++made;
-        if (std::isnan(seconds))
-            return {0, preferredTimescale, 0, 0};
-        auto const limit = 9.0e18;
-        auto const scaled = std::clamp(seconds * preferredTimescale, -limit, limit);
-        return mediaTime(static_cast<std::int64_t>(scaled), preferredTimescale);
+        if (!std::isfinite(seconds))
+            return invalidTime();
+        auto timescale = preferredTimescale;
+        while (std::abs(seconds * timescale) >= 9223372036854775808.0)
+            timescale /= 2;
+        return mediaTime(static_cast<std::int64_t>(seconds * timescale), timescale);
     }
 
     mutable int made = 0;

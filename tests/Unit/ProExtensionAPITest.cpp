@@ -156,11 +156,22 @@ TEST_F(ProExtensionAPITest, PassesAnInfiniteRateAndAnInfiniteDurationOn) {
 
 TEST_F(ProExtensionAPITest, SeeksInTicksOf600thsWhateverTheSeconds) {
     auto const api = makeApi();
-    for (double const seconds : {0.0, 12.5, -3.0, 1e300, -1e300, std::nan(""), 0.0000001}) {
+    for (double const seconds :
+         {0.0, 12.5, -3.0, 1e16, 1e300, -1e300, HUGE_VAL, -HUGE_VAL, std::nan(""), 0.0000001}) {
         api->seekTo(seconds);
         EXPECT_EQ(platform.timeline().moves.back().timescale, 600) << seconds;
     }
     EXPECT_EQ(platform.timeline().moves.at(1).value, 7500);
+}
+
+TEST_F(ProExtensionAPITest, SeeksNoFurtherThanTicksOf600thsReach) {
+    auto const api = makeApi();
+    for (double const seconds : {1.6e16, 1e300}) {
+        api->seekTo(seconds);
+        EXPECT_GT(platform.timeline().moves.back().value, 9'223'372'036'854'770'000);
+        api->seekTo(-seconds);
+        EXPECT_LT(platform.timeline().moves.back().value, -9'223'372'036'854'770'000);
+    }
 }
 
 TEST_F(ProExtensionAPITest, MakesTheSeeksMediaTimeBeforeItAsksForTheTimeline) {
