@@ -1,8 +1,10 @@
 #pragma once
 
-#include <algorithm>
+#include "Ports/Json.h"
+
 #include <array>
-#include <string_view>
+#include <optional>
+#include <string>
 
 namespace fcp {
 
@@ -16,8 +18,14 @@ inline constexpr int maximumNesting = 512;
 // Elsewhere a number that is not finite reads as null.
 inline constexpr std::array membersWithAnyNumber = {"seconds", "threshold"};
 
-[[nodiscard]] constexpr bool takesAnyNumber(std::string_view member) {
-    return std::ranges::find(membersWithAnyNumber, member) != membersWithAnyNumber.end();
-}
+enum class ObjectPlace { Outermost, Nested };
+
+// Adds what was read of a member. What has no JSON form (none) is left out, and of equal names the first
+// counts.
+void addMember(Json& object, std::string const& name, std::optional<Json> value, ObjectPlace place);
+
+// Adds what was read of an element. What has no JSON form (none) is null, so that the others keep their
+// places.
+void addElement(Json& array, std::optional<Json> value);
 
 } // namespace fcp

@@ -107,69 +107,62 @@ public:
         : source(origin) {}
 
     [[nodiscard]] std::optional<Json> outermost(id value) {
-        auto result = dictionary(value, takesAnyNumber);
+        auto result = dictionary(value);
         return isTooDeep ? std::nullopt : std::move(result);
     }
 
 private:
-    using NumberRule = bool (*)(std::string_view member);
-
-    [[nodiscard]] static bool takesNoOther(std::string_view) { return false; }
-
-    [[nodiscard]] std::optional<Json> value(id value, bool anyNumber) {
+    [[nodiscard]] std::optional<Json> value(id value) {
         if ([value isKindOfClass:[NSString class]])
             return readString(value);
         if ([value isKindOfClass:[NSNumber class]])
-            return number(value, anyNumber);
+            return number(value);
         if ([value isKindOfClass:[NSNull class]])
             return Json(nullptr);
         if ([value isKindOfClass:[NSDate class]])
             return dateText(value);
         if ([value isKindOfClass:[NSDictionary class]])
-            return dictionary(value, takesNoOther);
+            return dictionary(value);
         if ([value isKindOfClass:[NSArray class]])
             return array(value);
         return std::nullopt;
     }
 
-    [[nodiscard]] Json number(NSNumber* number, bool anyNumber) const {
+    [[nodiscard]] Json number(NSNumber* number) const {
         if (isBoolean(number))
             return static_cast<bool>([number boolValue]);
         if (!isReal(number))
             return integer(number);
         double const real = [number doubleValue];
-        if (!std::isfinite(real))
-            return anyNumber ? Json(real) : Json(nullptr);
         return source == Origin::Page ? pageNumber(real) : Json(real);
     }
 
-    [[nodiscard]] std::optional<Json> dictionary(NSDictionary* members, NumberRule anyNumber) {
+    [[nodiscard]] std::optional<Json> dictionary(NSDictionary* members) {
         if (!enter())
             return std::nullopt;
         auto result = Json::object();
         for (id key in members) {
             if (![key isKindOfClass:[NSString class]])
                 continue;
-            auto const name = readString(key).value_or("");
-            auto member = value([members objectForKey:key], anyNumber(name));
+            auto member = value([members objectForKey:key]);
             if (isTooDeep)
                 return std::nullopt;
-            if (member)
-                result.emplace(name, *std::move(member));
+            addMember(result, readString(key).value_or(""), std::move(member),
+                      depth == 1 ? ObjectPlace::Outermost : ObjectPlace::Nested);
         }
         --depth;
         return result;
     }
 
-    // What cannot be read is null, so that the others keep their places.
     [[nodiscard]] std::optional<Json> array(NSArray* elements) {
         if (!enter())
             return std::nullopt;
         auto result = Json::array();
         for (id element in elements) {
-            result.push_back(value(element, false).value_or(nullptr));
+            auto read = value(element);
             if (isTooDeep)
                 return std::nullopt;
+            addElement(result, std::move(read));
         }
         --depth;
         return result;

@@ -6,7 +6,6 @@
 #include <glib.h>
 #include <systemd/sd-bus.h>
 
-#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -198,10 +197,6 @@ bool hasJsonForm(std::string_view type) {
     return type.size() == 1 && std::string_view("bynqiuxtdsg").find(type[0]) != std::string_view::npos;
 }
 
-bool isFinite(Json const& value) {
-    return !value.is_number_float() || std::isfinite(value.get<double>());
-}
-
 // Reads one message. An operation that answers none has left its value out and stands behind it, unless the
 // message proved unreadable: then every further operation fails, and so does the whole.
 class Reader {
@@ -338,21 +333,16 @@ void Reader::member(Json& members, int cost) {
         return;
     auto value = element(cost);
     leave();
-    if (!value)
-        return;
-    bool const outermost = cost == dictionaryCost;
-    bool const isTime = outermost && takesAnyNumber(key);
-    members.emplace(key, isTime || isFinite(*value) ? std::move(*value) : Json());
+    addMember(members, key, std::move(value),
+              cost == dictionaryCost ? ObjectPlace::Outermost : ObjectPlace::Nested);
 }
 
 Reader::Value Reader::array(std::string const& contents, int cost) {
     if (!enter('a', contents))
         return {};
     auto elements = Json::array();
-    while (readable && sd_bus_message_at_end(message, 0) == 0) {
-        auto value = element(cost);
-        elements.push_back(value && isFinite(*value) ? std::move(*value) : Json());
-    }
+    while (readable && sd_bus_message_at_end(message, 0) == 0)
+        addElement(elements, element(cost));
     leave();
     return elements;
 }
