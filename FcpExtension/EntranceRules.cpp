@@ -29,4 +29,14 @@ void addElement(Json& array, std::optional<Json> value) {
     array.push_back(value && isFinite(*value) ? *std::move(value) : Json());
 }
 
+bool mayBeAddress(std::string const& text) {
+    return text.find('\0') == std::string::npos;
+}
+
+Url readAddress(std::string text, std::string host) {
+    if (host.empty())
+        return {std::move(text), std::nullopt};
+    return {std::move(text), std::move(host)};
+}
+
 } // namespace fcp

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Ports/Json.h"
+#include "Ports/Url.h"
 
 #include <array>
 #include <optional>
@@ -27,5 +28,11 @@ void addMember(Json& object, std::string const& name, std::optional<Json> value,
 // Adds what was read of an element. What has no JSON form (none) is null, so that the others keep their
 // places.
 void addElement(Json& array, std::optional<Json> value);
+
+// Not with a NUL in it: parsers read up to there, and would take the rest for granted.
+[[nodiscard]] bool mayBeAddress(std::string const& text);
+
+// What was read of an address. Its text stays as it is given, and an empty host is none.
+[[nodiscard]] Url readAddress(std::string text, std::string host);
 
 } // namespace fcp

@@ -264,11 +264,13 @@ std::optional<Json> readUserInfo(NSDictionary* userInfo) {
 }
 
 std::optional<Url> parseUrl(std::string const& text) {
+    if (!mayBeAddress(text))
+        return std::nullopt;
     @autoreleasepool {
         auto* const url = [NSURL URLWithString:makeString(text).get()];
         if (![url scheme])
             return std::nullopt;
-        return Url{text, readString([url host])};
+        return readAddress(text, readString([url host]).value_or(""));
     }
 }
 

@@ -82,17 +82,14 @@ std::optional<Json> parseEngineJson(std::string text) {
 }
 
 std::optional<Url> parseUrl(std::string const& text) {
-    // The parser reads up to the first NUL, and would take the rest for granted.
-    if (text.find('\0') != std::string::npos)
+    if (!mayBeAddress(text))
         return std::nullopt;
     constexpr auto flags = static_cast<GUriFlags>(G_URI_FLAGS_PARSE_RELAXED | G_URI_FLAGS_ENCODED);
     auto const uri = GRef<GUri>::adopt(g_uri_parse(text.c_str(), flags, nullptr));
     if (!uri)
         return std::nullopt;
-    char const* host = g_uri_get_host(uri.get());
-    if (!host || !*host)
-        return Url{text, std::nullopt};
-    return Url{text, host};
+    char const* const host = g_uri_get_host(uri.get());
+    return readAddress(text, host ? host : "");
 }
 
 std::optional<Url> urlFromEngine(char const* text) {

@@ -4,11 +4,13 @@
 #include "Contract/MainLoopContract.h"
 #include "Contract/MediaTimeContract.h"
 #include "Contract/NotificationCenterContract.h"
+#include "Contract/UrlParserContract.h"
 #include "Contract/UuidGeneratorContract.h"
 #include "Platform/Cocoa/CocoaFileManager.h"
 #include "Platform/Cocoa/CocoaMainLoop.h"
 #include "Platform/Cocoa/CocoaMediaTime.h"
 #include "Platform/Cocoa/CocoaNotificationCenter.h"
+#include "Platform/Cocoa/CocoaUrlParser.h"
 #include "Platform/Cocoa/CocoaUuidGenerator.h"
 
 #include <chrono>
@@ -37,6 +39,8 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Cocoa, MainLoopContract, CocoaHarness);
 INSTANTIATE_TYPED_TEST_SUITE_P(Cocoa, MediaTimeContract, CocoaMediaTime);
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Cocoa, UuidGeneratorContract, CocoaUuidGenerator);
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Cocoa, UrlParserContract, CocoaUrlParser);
 
 class CocoaFiles {
 public:

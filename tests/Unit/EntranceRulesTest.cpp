@@ -55,6 +55,20 @@ TEST(EntranceRules, KeepNumbersThatAreNotFiniteAsOutermostTimesOnly) {
     EXPECT_EQ(array, Json::array({nullptr}));
 }
 
+TEST(EntranceRules, TakeNoTextWithANulForAnAddress) {
+    EXPECT_TRUE(mayBeAddress("http://localhost/"));
+    EXPECT_FALSE(mayBeAddress(std::string("http://localhost\0.example/", 26)));
+    EXPECT_FALSE(mayBeAddress(std::string(1, '\0')));
+}
+
+TEST(EntranceRules, KeepTheTextOfAnAddressAndReadAnEmptyHostAsNone) {
+    auto const page = readAddress("http://LOCALHOST/%", "LOCALHOST");
+    EXPECT_EQ(page.absoluteString, "http://LOCALHOST/%");
+    EXPECT_EQ(page.host, "LOCALHOST");
+    EXPECT_EQ(readAddress("file:///tmp", "").absoluteString, "file:///tmp");
+    EXPECT_EQ(readAddress("file:///tmp", "").host, std::nullopt);
+}
+
 } // namespace
 
 } // namespace fcp::test
