@@ -132,8 +132,7 @@ private:
 } // namespace
 
 std::shared_ptr<FCPXHost> CocoaHostRuntime::proExtensionHostSingleton() {
-    // Looked up rather than linked: a missing symbol is a process without a host, not the end of it.
-    auto const singleton = reinterpret_cast<id (*)()>(dlsym(RTLD_DEFAULT, "ProExtensionHostSingleton"));
+    auto const singleton = reinterpret_cast<id (*)()>(dlsym(RTLD_DEFAULT, hostSymbol));
     FCPXHostObject const host = singleton ? singleton() : nil;
     return host ? std::make_shared<CocoaHost>(host) : nullptr;
 }

@@ -7,9 +7,8 @@
 namespace fcp {
 
 std::shared_ptr<FCPXHost> DlHostRuntime::proExtensionHostSingleton() {
-    // Looked up rather than linked: a program without a host is an ordinary case.
-    auto const singleton = reinterpret_cast<decltype(&ProExtensionHostSingleton)>(
-        dlsym(RTLD_DEFAULT, "ProExtensionHostSingleton"));
+    auto const singleton =
+        reinterpret_cast<decltype(&ProExtensionHostSingleton)>(dlsym(RTLD_DEFAULT, hostSymbol));
     if (!singleton)
         return nullptr;
     return {std::shared_ptr<void>(), singleton()};
