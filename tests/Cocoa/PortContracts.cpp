@@ -14,16 +14,12 @@
 #include "Platform/Cocoa/CocoaUuidGenerator.h"
 
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 
 // What every platform keeps, kept by this one.
 
 namespace fcp::test {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 class CocoaHarness {
 public:
@@ -42,42 +38,11 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Cocoa, UuidGeneratorContract, CocoaUuidGenerator)
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Cocoa, UrlParserContract, CocoaUrlParser);
 
-class CocoaFiles {
-public:
-    CocoaFileManager manager;
-
-    CocoaFiles() {
-        auto pattern = (fs::temp_directory_path() / "zelvix-files.XXXXXX").string();
-        folder = mkdtemp(pattern.data());
-    }
-
-    ~CocoaFiles() { fs::remove_all(folder); }
-
-    [[nodiscard]] std::string make(std::string const& name) const {
-        std::ofstream(folder / name).put('x');
-        return folder / name;
-    }
-
-    static void drop(std::string const& path) { fs::remove(path); }
-
-    fs::path folder;
-};
+using CocoaFiles = RealFiles<CocoaFileManager>;
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Cocoa, FileManagerContract, CocoaFiles);
 
-using CocoaFileManagerTest = FileManagerContract<CocoaFiles>;
-
-TEST_F(CocoaFileManagerTest, AFolderCounts) {
-    EXPECT_TRUE(files.manager.fileExists(files.folder));
-}
-
-TEST_F(CocoaFileManagerTest, ALinkCountsAsLongAsItsTargetIsThere) {
-    auto const target = files.make("target");
-    fs::create_symlink(target, files.folder / "link");
-    EXPECT_TRUE(files.manager.fileExists(files.folder / "link"));
-    CocoaFiles::drop(target);
-    EXPECT_FALSE(files.manager.fileExists(files.folder / "link"));
-}
+INSTANTIATE_TYPED_TEST_SUITE_P(Cocoa, RealFilesContract, CocoaFiles);
 
 Json withoutNulls(Json const& value) {
     if (!value.is_structured())
