@@ -1,17 +1,10 @@
 #pragma once
 
+#include "FcpExtension/LogSystemOf.h"
 #include "Platform/Cocoa/CocoaLog.h"
 
 namespace fcp {
 
-class CocoaLogSystem final : public LogSystem {
-public:
-    [[nodiscard]] std::shared_ptr<Log> makeLog(std::string const& subsystem,
-                                               std::string const& category) override;
-    [[nodiscard]] Log& defaultLog() override;
-
-private:
-    CocoaLog orphans;
-};
+using CocoaLogSystem = LogSystemOf<CocoaLog>;
 
 } // namespace fcp

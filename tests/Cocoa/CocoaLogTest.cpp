@@ -58,14 +58,6 @@ TEST_F(CocoaLogTest, IsWrittenToFromAnyThread) {
     EXPECT_EQ(takeLoggedLines(), Lines{line(info, "from elsewhere")});
 }
 
-TEST_F(CocoaLogTest, ALogOutlivesItsSystem) {
-    auto other = std::make_unique<CocoaLogSystem>();
-    auto const kept = other->makeLog("a", "b");
-    other.reset();
-    kept->info("still here");
-    EXPECT_EQ(takeLoggedLines(), (Lines{{"a", "b", info, "still here"}}));
-}
-
 } // namespace
 
 } // namespace fcp::test
