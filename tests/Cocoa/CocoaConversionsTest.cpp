@@ -1,4 +1,5 @@
 #include "Cocoa/FoundationValues.h"
+#include "FcpExtension/JsonWriter.h"
 
 #include <gtest/gtest.h>
 
@@ -32,9 +33,9 @@ std::ostream& operator<<(std::ostream& out, Row const& row) {
     return out << row.name;
 }
 
-// Equal text too: a boolean is no number, an integer no real one.
+// Equal text too: a boolean is no number, an integer no real one, and what is not finite no null.
 std::string text(std::optional<Json> const& value) {
-    return value ? value->dump() : "none";
+    return value ? writeJson(*value).value_or("not finite: " + value->dump()) : "none";
 }
 
 class ValueTable : public testing::TestWithParam<Row> {};
