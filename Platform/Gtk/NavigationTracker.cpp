@@ -21,7 +21,7 @@ void NavigationTracker::requested(std::string const& uri) {
     // A jump within the page has no load events at all, so nothing may wait for them.
     if (isFragmentOfShownPage(uri))
         return;
-    requestedUri = uri;
+    request = Request{.uri = uri, .afterBegun = request && request->allowed};
     load.replaced = load.phase != LoadPhase::Idle;
 }
 
@@ -29,13 +29,15 @@ void NavigationTracker::decided(std::string const& uri, NavigationActionPolicy p
     if (policy == NavigationActionPolicy::Allow) {
         allowedUri = uri;
         abandoned = false;
+        if (isRequested(uri))
+            request->allowed = true;
         if (ignoredUri == uri)
             ignoredUri.reset();
         return;
     }
     ignoredUri = uri;
-    if (requestedUri == uri) {
-        requestedUri.reset();
+    if (isRequested(uri)) {
+        request.reset();
         load.replaced = false;
     }
 }
@@ -53,9 +55,13 @@ bool NavigationTracker::takeAllowedNewWindow(std::string const& uri) {
 }
 
 void NavigationTracker::started(std::string const& uri) {
-    requestedUri.reset();
     load = {};
     load.phase = LoadPhase::Provisional;
+    if (request && !request->allowed && std::exchange(request->afterBegun, false)) {
+        load.replaced = true; // the one before, which the request replaces
+        return;
+    }
+    request.reset();
     load.conclusive = std::exchange(abandoned, false);
     // The engine names the address that was asked for last, which may still be waiting for its own start.
     if (uri == allowedUri)
@@ -107,8 +113,8 @@ NavigationReport NavigationTracker::timedOut() {
         return {};
     // A request that is stopped before its start is mostly not heard of again, so nothing else would report
     // it.
-    if (requestedUri) {
-        requestedUri.reset();
+    if (request) {
+        request.reset();
         abandoned = true;
         return {Kind::FailedProvisionally, timedOutError()};
     }
@@ -118,14 +124,18 @@ NavigationReport NavigationTracker::timedOut() {
 
 void NavigationTracker::processTerminated() {
     load = {};
-    requestedUri.reset();
+    request.reset();
     abandoned = false;
     shownUri.clear();
     allowedNewWindows.clear();
 }
 
 bool NavigationTracker::awaitsMainResource() const {
-    return requestedUri || (load.phase != LoadPhase::Idle && !load.mainResourceComplete);
+    return request || (load.phase != LoadPhase::Idle && !load.mainResourceComplete);
+}
+
+bool NavigationTracker::isRequested(std::string const& uri) const {
+    return request && request->uri == uri;
 }
 
 bool NavigationTracker::isFragmentOfShownPage(std::string const& uri) const {

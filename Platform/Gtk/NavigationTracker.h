@@ -68,8 +68,17 @@ private:
         bool conclusive = false; // reported, or not to be reported at all: "finished" says nothing more
     };
 
+    // A load of our own that has not started yet.
+    struct Request {
+        std::string uri;
+        bool allowed = false; // by the policy, which the engine asks first
+        bool afterBegun = false; // the one before may have begun, though its start is not heard of yet
+    };
+
+    [[nodiscard]] bool isRequested(std::string const& uri) const;
+
     Load load;
-    std::optional<std::string> requestedUri; // asked for, not started yet
+    std::optional<Request> request;
     std::optional<std::string> ignoredUri; // the latest that the policy turned down
     std::string allowedUri; // the latest that it did not
     bool abandoned = false; // a request timed out before its start: should it start yet, that says nothing
