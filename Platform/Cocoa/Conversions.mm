@@ -282,7 +282,8 @@ std::optional<Url> readUrl(NSURL* url) {
     if (!url)
         return std::nullopt;
     @autoreleasepool {
-        return Url{readString([url absoluteString]).value_or(""), readString([url host])};
+        return readAddress(readString([url absoluteString]).value_or(""),
+                           readString([url host]).value_or(""));
     }
 }
 

@@ -55,7 +55,7 @@ TEST_F(CocoaUserInterfaceTest, PutsTheOverlaysAboveTheWebViewInTheContainer) {
 TEST_F(CocoaUserInterfaceTest, BuildsTheLoadingOverlayAsDescribed) {
     auto const views = loadingOverlay().subviews;
     ASSERT_EQ(views.size(), 2U);
-    EXPECT_EQ(views[0].kind, "NSProgressIndicator");
+    EXPECT_TRUE(views[0].isSpinner);
     expectAsDescribed(views[0], loadingSpinner());
     EXPECT_EQ(views[1].text, "Opening your review workspace\u2026");
     expectAsDescribed(views[1], loadingStatusLabel(bounds));
@@ -125,6 +125,11 @@ TEST_F(CocoaUserInterfaceTest, GroupsAndNamesTheOverlays) {
     EXPECT_EQ(loadingOverlay().accessibleRole, errorOverlay().accessibleRole);
     EXPECT_FALSE(errorOverlay().accessibleRole.empty());
     EXPECT_EQ(container().accessibleName, "");
+}
+
+TEST_F(CocoaUserInterfaceTest, MakesAViewHiddenOnlyWhenItIsDescribedSo) {
+    EXPECT_TRUE(lookOfNewView(errorOverlayView(bounds)).isHidden);
+    EXPECT_FALSE(lookOfNewView(loadingOverlayView(bounds)).isHidden);
 }
 
 TEST_F(CocoaUserInterfaceTest, FollowsTheWindowsSize) {

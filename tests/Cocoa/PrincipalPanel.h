@@ -41,8 +41,12 @@ struct NativeLook {
     std::optional<Color> layer;
     std::optional<LabelLook> label;
     std::optional<ButtonLook> button;
+    bool isSpinner = false; // of the kind that turns, without an end in sight
     std::vector<NativeLook> subviews;
 };
+
+// Of a view that is made and put nowhere.
+[[nodiscard]] NativeLook lookOfNewView(ViewDescription const& description);
 
 // The principal class as the system and the host treat it: found by its name, made, asked for its view, put
 // into a window, let go. Main thread only.

@@ -1,5 +1,7 @@
 #include "Cocoa/PrincipalPanel.h"
 
+#include "Platform/Cocoa/CocoaUserInterface.h"
+#include "Platform/Cocoa/CocoaView.h"
 #include "Platform/Cocoa/Conversions.h"
 
 #import <AppKit/AppKit.h>
@@ -128,6 +130,10 @@ fcp::test::NativeLook lookOf(NSView* view) {
         look.label = labelLook(static_cast<NSTextField*>(view));
     if ([view isKindOfClass:[NSButton class]])
         look.button = buttonLook(static_cast<NSButton*>(view));
+    if ([view isKindOfClass:[NSProgressIndicator class]]) {
+        auto* const indicator = static_cast<NSProgressIndicator*>(view);
+        look.isSpinner = [indicator style] == NSProgressIndicatorSpinningStyle && [indicator isIndeterminate];
+    }
     for (NSView* subview in [view subviews])
         look.subviews.push_back(lookOf(subview));
     return look;
@@ -202,6 +208,13 @@ void PrincipalPanel::show(int width, int height) {
         [[shown contentView] addSubview:panelView];
         [shown orderFront:nil];
         window = shown;
+    }
+}
+
+NativeLook lookOfNewView(ViewDescription const& description) {
+    @autoreleasepool {
+        CocoaUserInterface userInterface(nil);
+        return lookOf(std::static_pointer_cast<CocoaView>(userInterface.makeView(description))->native());
     }
 }
 
