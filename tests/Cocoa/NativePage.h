@@ -64,7 +64,7 @@ private:
 
 // Notes from here on what native web views and their content controllers are told; null ends it. Web views
 // are named "web view 1", "web view 2" in the order of their making since then.
-void noteNativePages(Journal* journal);
+void noteNativePages(Journal* pagesJournal);
 
 // The web views that exist.
 [[nodiscard]] std::size_t nativePages();

@@ -21,6 +21,6 @@ struct LoggedLine {
 
 // Notes lines from here on in a journal too, as "LEVEL: text", those of the default log as "default LEVEL:
 // text"; null ends it.
-void noteLoggedLines(Journal* journal);
+void noteLoggedLines(Journal* linesJournal);
 
 } // namespace fcp::test

@@ -34,7 +34,7 @@ TYPED_TEST_P(UrlParserContract, KeepsTheTextAndFindsTheHost) {
         {"http://127.0.0.1:3000/", "127.0.0.1"},
     };
     for (auto const& [text, host] : rows)
-        EXPECT_EQ(this->read(text), text + " " + host);
+        EXPECT_EQ(this->read(text), std::string(text).append(" ").append(host));
 }
 
 TYPED_TEST_P(UrlParserContract, TakesNoOtherPartForTheHost) {
@@ -46,7 +46,7 @@ TYPED_TEST_P(UrlParserContract, TakesNoOtherPartForTheHost) {
         {"https://foreign.example/#@localhost", "foreign.example"},
     };
     for (auto const& [text, host] : rows)
-        EXPECT_EQ(this->read(text), text + " " + host);
+        EXPECT_EQ(this->read(text), std::string(text).append(" ").append(host));
 }
 
 TYPED_TEST_P(UrlParserContract, FindsNoHostWhereThereIsNone) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -57,8 +58,8 @@ public:
     [[nodiscard]] int height() const { return cairo_image_surface_get_height(surface); }
 
     [[nodiscard]] Pixel at(int x, int y) const {
-        auto const* const row =
-            cairo_image_surface_get_data(surface) + y * cairo_image_surface_get_stride(surface);
+        std::ptrdiff_t const stride = cairo_image_surface_get_stride(surface);
+        auto const* const row = cairo_image_surface_get_data(surface) + y * stride;
         auto const pixel = reinterpret_cast<std::uint32_t const*>(row)[x];
         return {static_cast<int>(pixel >> 16 & 0xFF), static_cast<int>(pixel >> 8 & 0xFF),
                 static_cast<int>(pixel & 0xFF)};

@@ -7,14 +7,8 @@
 
 @class CALayer;
 
-typedef NSUInteger NSAutoresizingMaskOptions;
-typedef CGFloat NSFontWeight;
-
-extern "C" {
-extern NSFontWeight const NSFontWeightRegular;
-extern NSFontWeight const NSFontWeightSemibold;
-extern NSFontWeight const NSFontWeightBold;
-}
+using NSAutoresizingMaskOptions = NSUInteger;
+using NSFontWeight = CGFloat;
 
 constexpr auto NSProgressIndicatorStyleSpinning = NSProgressIndicatorSpinningStyle;
 constexpr auto NSBezelStyleRounded = NSRoundedBezelStyle;

@@ -9,10 +9,6 @@
 
 using fcp::RetainPtr;
 
-NSFontWeight const NSFontWeightRegular = 0;
-NSFontWeight const NSFontWeightSemibold = 0.3;
-NSFontWeight const NSFontWeightBold = 0.4;
-
 namespace {
 
 struct Extras {
@@ -61,7 +57,7 @@ void drawLayer(id self, SEL, NSRect) {
 
 // The system tells a controller that its view was made.
 id loadedView(id self, SEL) {
-    Ivar const ivar = class_getInstanceVariable([NSViewController class], "view");
+    auto* const ivar = class_getInstanceVariable([NSViewController class], "view");
     if (!object_getIvar(self, ivar)) {
         [self loadView];
         if (object_getIvar(self, ivar))

@@ -66,9 +66,9 @@ void standinWrite(os_log_t log, os_log_type_t type, char const* format, id value
 
 namespace fcp::test {
 
-void noteLoggedLines(Journal* taken) {
+void noteLoggedLines(Journal* linesJournal) {
     std::lock_guard const guard(mutex);
-    journal = taken;
+    journal = linesJournal;
 }
 
 std::vector<LoggedLine> takeLoggedLines() {

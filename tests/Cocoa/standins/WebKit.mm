@@ -406,8 +406,8 @@ unsigned NativePage::mask() const {
     return static_cast<unsigned>([nativeOf(native) autoresizingMask]);
 }
 
-void noteNativePages(Journal* taken) {
-    journal = taken;
+void noteNativePages(Journal* pagesJournal) {
+    journal = pagesJournal;
     viewsMade = 0;
 }
 

@@ -60,7 +60,7 @@
 @property(nonatomic, readonly) NSURLRequest* request;
 @end
 
-typedef NS_ENUM(NSInteger, WKNavigationActionPolicy) {
+enum WKNavigationActionPolicy : NSInteger {
     WKNavigationActionPolicyCancel,
     WKNavigationActionPolicyAllow,
 };

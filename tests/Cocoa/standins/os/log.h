@@ -7,8 +7,8 @@
 @protocol OS_os_log <NSObject>
 @end
 
-typedef NSObject<OS_os_log>* os_log_t;
-typedef uint8_t os_log_type_t;
+using os_log_t = NSObject<OS_os_log>*;
+using os_log_type_t = uint8_t;
 
 enum : os_log_type_t {
     OS_LOG_TYPE_DEFAULT = 0x00,
