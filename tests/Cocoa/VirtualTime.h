@@ -14,7 +14,4 @@ void advanceTime(Seconds duration);
 // Timers that are neither fired nor invalidated.
 [[nodiscard]] std::size_t liveTimers();
 
-// Everything that is still owed is dropped.
-void forgetOwed();
-
 } // namespace fcp::test

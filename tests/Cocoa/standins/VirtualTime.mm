@@ -136,10 +136,4 @@ std::size_t liveTimers() {
     return schedule().timers;
 }
 
-void forgetOwed() {
-    schedule().owed.clear();
-    schedule().ready.clear();
-    schedule().timers = 0;
-}
-
 } // namespace fcp::test
