@@ -88,29 +88,68 @@ ensure_packages() {
     installed=yes
 }
 
-workflow_linter=$root/tools/workflow-lint
+# JavaScript. A folder with a lock file has what that names in node_modules beside it; a copy of the lock file in
+# there tells what is installed.
+workflow_linter=tools/workflow-lint
+bridge_client=bridge-client
+own_node=tools/node
 
-# has_workflow_linter: whether what the lock file names is what is installed.
-has_workflow_linter() {
-    cmp -s "$workflow_linter"/package-lock.json "$workflow_linter/node_modules/.package-lock.installed"
+# has_npm_packages FOLDER: whether what the folder's lock file names is what is installed.
+has_npm_packages() {
+    cmp -s "$root/$1"/package-lock.json "$root/$1/node_modules/.package-lock.installed"
 }
 
-install_workflow_linter() {
-    npm --prefix "$workflow_linter" ci --ignore-scripts --no-audit --no-fund --loglevel=error --fetch-retries=1 --fetch-timeout=60000 </dev/null &&
-        cp "$workflow_linter"/{package-lock.json,node_modules/.package-lock.installed}
+# Our packages need no script of theirs to be run, so none is.
+install_npm_packages() { # install_npm_packages FOLDER
+    npm --prefix "$root/$1" ci --ignore-scripts --no-audit --no-fund --loglevel=error --fetch-retries=1 --fetch-timeout=60000 </dev/null &&
+        cp "$root/$1"/{package-lock.json,node_modules/.package-lock.installed}
 }
 
-# ensure_workflow_linter: installs it where it is missing. The check that needs it fails without it and says so, which
-# is no reason to run no other.
-ensure_workflow_linter() {
-    if has_workflow_linter; then
+# ensure_npm_packages FOLDER: installs them where they are missing. What needs them fails without them and says so,
+# which is no reason to run nothing else.
+ensure_npm_packages() {
+    if has_npm_packages "$1"; then
         return
     fi
     # Debian's npm and another's exclude each other, so one that answers is as good.
     if ! npm --version >/dev/null 2>&1; then
         (ensure_packages npm) || return 0
     fi
-    (stage 3 "install tools/workflow-lint with npm" install_workflow_linter) || return 0
+    (stage 3 "install $1 with npm" install_npm_packages "$1") || return 0
+}
+
+# new_enough VERSION: whether a node of this version runs the test runner and the bundler of the JavaScript here.
+new_enough() {
+    local major minor
+    IFS=. read -r major minor _ <<<"${1#v}"
+    ((major == 20 && minor >= 19 || major == 22 && minor >= 12 || major >= 24))
+}
+
+has_node() {
+    new_enough "$(node --version 2>/dev/null || echo v0.0)"
+}
+
+# use_node: makes a node that is new enough the one that is called; fails where there is none. Debian 12's is too old.
+use_node() {
+    local folder
+    for folder in "$root/$own_node"/node_modules/node-linux-*/bin; do
+        has_node || PATH=$folder:$PATH
+    done
+    has_node
+}
+
+# ensure_node: the system's where it is new enough, else the one that tools/node pins.
+ensure_node() {
+    has_node || ensure_npm_packages "$own_node"
+}
+
+ensure_workflow_linter() {
+    ensure_npm_packages "$workflow_linter"
+}
+
+ensure_bridge_client() {
+    ensure_npm_packages "$bridge_client"
+    ensure_node
 }
 
 # configure PRESET: makes or renews build/PRESET. Ninja sees to a changed CMakeLists.txt by itself, so there is

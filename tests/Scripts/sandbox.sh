@@ -14,26 +14,28 @@ make_sandbox() {
     top="$sandbox/a folder"
     journal=$sandbox/journal
     mkdir -p "$top/cmake" "$top/tests" "$top/.ci" "$sandbox/bin"
-    cp -r "$source_root"/{run,test,bench,tools,CMakePresets.json} "$top"
+    tar -C "$source_root" --exclude=node_modules -c run test bench tools CMakePresets.json \
+        bridge-client/package.json bridge-client/package-lock.json | tar -C "$top" -x
     cp "$source_root/cmake/packages.txt" "$top/cmake"
     cp "$source_root/.ci/run" "$top/.ci"
     touch "$journal"
-    rm -rf "$top/tools/workflow-lint/node_modules"
-    workflow_linter_installed
+    npm_packages_installed tools/workflow-lint
+    npm_packages_installed bridge-client
     for tool in awk basename bash cat chmod cmp cp cut date dirname env find grep ls mkdir rm sed setsid sort timeout touch tr wc; do
         ln -s "$(command -v "$tool")" "$sandbox/bin/$tool"
     done
     stand_in id 'echo 0'
     stand_in dpkg-query 'shift 3; for name in "$@"; do echo "installed $name"; done'
     stand_in apt-get ''
+    stand_in node 'echo v20.19.0'
     stand_in ctest 'echo "100% tests passed"'
     stand_in cmake 'if [[ $1 == --preset ]]; then mkdir -p "build/$2/bin"; touch "build/$2/build.ninja"; fi'
 }
 
-# workflow_linter_installed: what ./test leaves when it has installed the linter of workflow files.
-workflow_linter_installed() {
-    mkdir -p "$top/tools/workflow-lint/node_modules"
-    cp "$top/tools/workflow-lint"/{package-lock.json,node_modules/.package-lock.installed}
+# npm_packages_installed FOLDER: what ./test leaves when it has installed what the folder's lock file names.
+npm_packages_installed() {
+    mkdir -p "$top/$1/node_modules"
+    cp "$top/$1"/{package-lock.json,node_modules/.package-lock.installed}
 }
 
 # stand_in NAME BODY: a program of this name, first on the path, that notes its call and runs BODY.
