@@ -43,6 +43,13 @@ describe("A call", () => {
         expect(await call).toEqual(marker);
     });
 
+    test("takes text that was escaped for what it says", async () => {
+        const { bridge, posted, answer } = openPage();
+        const call = bridge.call("selectOutputFolder");
+        answer(posted[0]!.resolveId, String.raw`"\u00c3\u00a9"`);
+        expect(await call).toBe("Ã©");
+    });
+
     test("gets the answer that bears its identifier, in whatever order", async () => {
         const { bridge, posted, answer } = openPage();
         const calls = [bridge.call("clearAllMarkers"), bridge.call("cancelExport")];
@@ -145,9 +152,13 @@ describe("A call without an answer", () => {
         const { bridge, posted, answer } = openPage();
         const outcome = outcomeOf(bridge.call("getPlayhead"));
         await vi.advanceTimersByTimeAsync(5_000);
+        const parse = vi.spyOn(JSON, "parse");
         answer(posted[0]!.resolveId, "1");
         await vi.advanceTimersByTimeAsync(0);
         expect(outcome.value).toBeUndefined();
+        // It is forgotten, and not merely too late to settle anything.
+        expect(parse).not.toHaveBeenCalled();
+        parse.mockRestore();
     });
 
     test("leaves no timer behind once it is answered", async () => {

@@ -40,6 +40,7 @@ test("The package holds two modules, their types, and what npm wants", () => {
         "dist/testing/index.d.ts",
         "dist/testing/index.js",
         "dist/testing/memory-host.d.ts",
+        "dist/testing/memory-page.d.ts",
         "dist/testing/memory-panel.d.ts",
         "dist/testing/message.d.ts",
         "dist/testing/wire.d.ts",

@@ -126,8 +126,8 @@ PanelHarness::~PanelHarness() {
     window.set_visible(false);
 }
 
-void PanelHarness::serveWitness() {
-    server.answer(panelPath, pageAnswer(witnessPage));
+void PanelHarness::serveWitness(std::string const& more) {
+    server.answer(panelPath, pageAnswer(witnessPage + more));
 }
 
 void PanelHarness::open(UrlParser& parser) {

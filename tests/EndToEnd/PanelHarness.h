@@ -69,8 +69,8 @@ public:
     PanelHarness(PanelHarness const&) = delete;
     PanelHarness& operator=(PanelHarness const&) = delete;
 
-    // Serves the witness page at the panel's address.
-    void serveWitness();
+    // Serves the witness page at the panel's address, with more markup at its end.
+    void serveWitness(std::string const& more = {});
 
     // Makes the panel and shows it in a window.
     void open() { open(urlParser); }

@@ -1,12 +1,9 @@
-import type { BridgePage } from "../bridge.js";
 import type { Sequence } from "../contract.js";
 import { ask, type Container } from "./container-link.js";
 import { MemoryHost } from "./memory-host.js";
 import { isDictionary, type Members, posted, received } from "./message.js";
+import { MemoryPage, type PanelPage } from "./memory-page.js";
 import { arrived, written } from "./wire.js";
-
-/** What the panel uses of `window`. */
-export type PanelPage = BridgePage & Pick<EventTarget, "dispatchEvent"> & { CustomEvent?: typeof CustomEvent };
 
 export interface MemoryPanelOptions {
     /** The window that gets the bridge; without it the panel has one of its own, which needs no browser. */
@@ -45,9 +42,8 @@ export class MemoryPanel {
     constructor({ page, container = null }: MemoryPanelOptions = {}) {
         this.container = container;
         this.#ownsPage = page === undefined;
-        this.#page = page ?? (new EventTarget() as PanelPage);
         this.#work = this.#commands();
-        this.#addBridge();
+        this.#page = page ? this.#addBridge(page) : this.#openPage();
     }
 
     /** The page's window. A reload makes a new one. */
@@ -66,8 +62,7 @@ export class MemoryPanel {
     reload(): void {
         if (!this.#ownsPage)
             throw new Error("a real window reloads by itself, and takes its panel with it");
-        this.#page = new EventTarget() as PanelPage;
-        this.#addBridge();
+        this.#page = this.#openPage();
         this.finishLoading();
     }
 
@@ -75,19 +70,22 @@ export class MemoryPanel {
     remove(): void {
         if (!this.#ownsPage)
             Reflect.deleteProperty(this.#page, "webkit");
-        this.#page = new EventTarget() as PanelPage;
+        this.#page = new EventTarget();
     }
 
-    #addBridge(): void {
-        if (this.#page.webkit?.messageHandlers?.fcpBridge)
-            throw new Error("this window has a bridge already");
+    #webkit(): NonNullable<PanelPage["webkit"]> {
         const fcpBridge = Object.freeze({ postMessage: (...message: unknown[]) => this.#postMessage(message) });
-        const messageHandlers = Object.freeze({ fcpBridge });
-        // Within the panel no script can take it away; a window that was given gets rid of it with `remove`.
-        Object.defineProperty(this.#page, "webkit", {
-            value: Object.freeze({ messageHandlers }),
-            configurable: !this.#ownsPage,
-        });
+        return Object.freeze({ messageHandlers: Object.freeze({ fcpBridge }) });
+    }
+
+    #openPage(): PanelPage {
+        return new MemoryPage(this.#webkit());
+    }
+
+    #addBridge(page: PanelPage): PanelPage {
+        if (page.webkit?.messageHandlers?.fcpBridge)
+            throw new Error("this window has a bridge already");
+        return Object.defineProperty(page, "webkit", { value: this.#webkit(), configurable: true });
     }
 
     // The message arrives after the call that posts it, and in turn.

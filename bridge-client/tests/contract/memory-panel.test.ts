@@ -18,6 +18,7 @@ function load({ window }: MemoryPanel) {
 }
 
 async function openMemoryPanel(loadingMilliseconds: number): Promise<PanelUnderTest> {
+    // A poll that has to ask again lets a few milliseconds of this time pass.
     vi.useFakeTimers();
     const requests = new Map<string, { command: ContainerCommand; answer: (result: unknown) => void }>();
     const panel = new MemoryPanel({
