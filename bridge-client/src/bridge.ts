@@ -12,9 +12,9 @@ export interface BridgePage {
 
 export interface CallOptions {
     /** Milliseconds; without it 5,000 for a command that the host answers and 65,000 for one of the container. */
-    timeout?: number;
+    timeout?: number | undefined;
     /** Ends the wait. What was posted before is carried out all the same. */
-    signal?: AbortSignal;
+    signal?: AbortSignal | undefined;
 }
 
 /** What follows the command's name: a command without arguments may leave them out. */

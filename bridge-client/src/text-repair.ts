@@ -8,8 +8,12 @@ export function repairText(text: string): string {
     // Most texts are plain ASCII, and the playhead's events come 60 times a second.
     if (!/[^\0-\x7f]/.test(text) || /[^\0-\xff]/.test(text))
         return text;
+    // A tenth of the time that Uint8Array.from takes with a function: this may be megabytes.
+    const bytes = new Uint8Array(text.length);
+    for (let index = 0; index < text.length; index += 1)
+        bytes[index] = text.charCodeAt(index);
     try {
-        return utf8.decode(Uint8Array.from(text, (character) => character.charCodeAt(0)));
+        return utf8.decode(bytes);
     } catch {
         return text;
     }

@@ -1,5 +1,14 @@
 import { describe, expectTypeOf, test } from "vitest";
-import { type Bridge, BridgeError, type Command, type EventName, type Marker, type Sequence } from "../src/index.js";
+import {
+    type Bridge,
+    BridgeError,
+    type Command,
+    createBridge,
+    type EventName,
+    type Marker,
+    type Sequence,
+} from "../src/index.js";
+import { MemoryPanel } from "../src/testing/index.js";
 
 declare const bridge: Bridge;
 
@@ -68,7 +77,7 @@ describe("The commands", () => {
 
     test("take options after the arguments, never in their place", () => {
         void bridge.call("getTimeline", {}, { timeout: 50, signal: AbortSignal.abort() });
-        void bridge.call("seekTo", { seconds: 1 }, { timeout: 50 });
+        void bridge.call("seekTo", { seconds: 1 }, { timeout: 50, signal: undefined });
         // @ts-expect-error these are the arguments
         void bridge.call("getTimeline", { timeout: 50 });
     });
@@ -99,6 +108,11 @@ describe("The events", () => {
 });
 
 describe("The rest", () => {
+    test("takes a browser's window for a page", () => {
+        expectTypeOf(createBridge).toBeCallableWith(window);
+        expectTypeOf(MemoryPanel).toBeConstructibleWith({ page: window });
+    });
+
     test("is synchronous, and names the command", () => {
         expectTypeOf(bridge.available).toEqualTypeOf<boolean>();
         expectTypeOf<BridgeError["command"]>().toEqualTypeOf<Command>();
