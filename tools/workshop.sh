@@ -131,10 +131,8 @@ has_node() {
 
 # use_node: makes a node that is new enough the one that is called; fails where there is none. Debian 12's is too old.
 use_node() {
-    local folder
-    for folder in "$root/$own_node"/node_modules/node-linux-*/bin; do
-        has_node || PATH=$folder:$PATH
-    done
+    local modules=$root/$own_node/node_modules
+    has_node || PATH=$(printf '%s:' "$modules"/node-linux-*/bin)$modules/.bin:$PATH
     has_node
 }
 
@@ -147,9 +145,10 @@ ensure_workflow_linter() {
     ensure_npm_packages "$workflow_linter"
 }
 
+# On too old a node, npm leaves out the compiled parts of packages that want a newer one, and succeeds.
 ensure_bridge_client() {
-    ensure_npm_packages "$bridge_client"
     ensure_node
+    (use_node && ensure_npm_packages "$bridge_client") || return 0
 }
 
 # configure PRESET: makes or renews build/PRESET. Ninja sees to a changed CMakeLists.txt by itself, so there is
