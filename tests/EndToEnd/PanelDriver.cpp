@@ -135,8 +135,16 @@ Json PanelDriver::openSequence(Json const& arguments) {
     return nullptr;
 }
 
+// To null the host moves it when its position is no number, which JSON cannot hold.
 Json PanelDriver::movePlayhead(Json const& arguments) {
-    session->panel.timeline().notifyPlayhead(arguments.at("seconds").get<double>());
+    auto& timeline = session->panel.timeline();
+    auto const& seconds = arguments.at("seconds");
+    if (seconds.is_number()) {
+        timeline.notifyPlayhead(seconds.get<double>());
+    } else {
+        timeline.playhead = invalidTime();
+        timeline.notifyPlayhead();
+    }
     return nullptr;
 }
 

@@ -299,6 +299,18 @@ export function panelContract(name: string, open: OpenPanel): void {
                 .toEqual([sequenceInfo, { ...sequenceInfo, name: "Reel 2", duration: 2, frameRate: 23.98 }]);
         });
 
+        test("tells nothing of a position that is no number, and answers nothing for it", async () => {
+            await panel.openSequence(sequence);
+            await panel.movePlayhead(1);
+            await panel.movePlayhead(NaN);
+            await panel.movePlayhead(9); // after such a position, no step is a jump
+            expect(await ask({ command: "getPlayhead" })).toBe(9);
+            await panel.movePlayhead(NaN);
+            expect(await ask({ command: "getPlayhead" })).toBeNull();
+            expect(await details("fcp:playhead-changed")).toEqual([{ seconds: 1 }, { seconds: 9 }]);
+            expect(await panel.commands()).toEqual([]);
+        });
+
         test("takes a jump onto a marker for a click", async () => {
             await panel.openSequence(sequence);
             await panel.movePlayhead(30); // the first position is no jump
@@ -331,6 +343,8 @@ export function panelContract(name: string, open: OpenPanel): void {
             expect(await ask({ command: "getTimeline" })).toMatchObject({ name: damaged });
             await expect.poll(() => details("fcp:sequence-changed")).toMatchObject([{ name: damaged }]);
             expect(await panel.inPage("return (await bridge.call('getTimeline')).name")).toBe(name);
+            await post({ command: "isFCPRunning", resolveId: "é" });
+            expect(await valueOf("Ã©")).toBe(true);
 
             await panel.inPage(
                 "window.markers = []; bridge.on('fcp:marker-clicked', (marker) => window.markers.push(marker))",
