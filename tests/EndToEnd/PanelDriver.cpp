@@ -186,5 +186,5 @@ int main() {
         static_cast<GLogLevelFlags>(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_ERROR | G_LOG_LEVEL_WARNING));
     fcp::test::PanelDriver driver;
     for (std::string line; std::getline(std::cin, line);)
-        std::cout << fcp::test::reply(driver, line).dump() << std::endl;
+        std::cout << fcp::test::reply(driver, line).dump() << '\n' << std::flush;
 }
