@@ -2,7 +2,7 @@ import { spawn } from "node:child_process";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
 import { build } from "vite";
-import { afterAll, beforeAll } from "vitest";
+import { afterAll, beforeAll, expect, test } from "vitest";
 import { panelContract } from "./panel-contract.js";
 import type { Members, PanelUnderTest } from "./panel-under-test.js";
 
@@ -49,24 +49,22 @@ class Driver {
 }
 
 let driver: Driver;
-let client: string;
+/** What would be published: the text of each module as an address that a page can import. */
+let modules: Record<string, string>;
 
-/** The client as it would be published, as the text of an address that a page can import. */
-async function clientAddress(): Promise<string> {
+async function buildModules(): Promise<Record<string, string>> {
     const root = join(import.meta.dirname, "../..");
-    const lib = { entry: join(root, "src/index.ts"), formats: ["es" as const] };
-    const result = await build({
-        root,
-        configFile: false,
-        logLevel: "warn",
-        build: { write: false, minify: true, lib },
-    });
-    const [{ output }] = result as unknown as [{ output: [{ code: string }] }];
-    return `data:text/javascript;base64,${Buffer.from(output[0].code).toString("base64")}`;
+    const result = await build({ root, logLevel: "warn", build: { write: false } });
+    const [{ output }] = result as unknown as [{ output: { fileName: string; code: string }[] }];
+    return Object.fromEntries(output.map(({ fileName, code }) => [fileName, addressOf(code)]));
+}
+
+function addressOf(code: string): string {
+    return `data:text/javascript;base64,${Buffer.from(code).toString("base64")}`;
 }
 
 beforeAll(async () => {
-    client = await clientAddress();
+    modules = await buildModules();
     driver = new Driver();
 });
 
@@ -78,7 +76,7 @@ async function openRealPanel(loadingMilliseconds: number): Promise<PanelUnderTes
     return {
         inPage: (body) =>
             driver.run("inPage", {
-                body: `const bridge = (window.bridge ??= (await import("${client}")).createBridge()); ${body}`,
+                body: `const bridge = (window.bridge ??= (await import("${modules["index.js"]}")).createBridge()); ${body}`,
             }),
         reload: () => run("reload"),
         elapse: (milliseconds) => run("elapse", { seconds: milliseconds / 1_000 }),
@@ -92,3 +90,26 @@ async function openRealPanel(loadingMilliseconds: number): Promise<PanelUnderTes
 }
 
 panelContract("The panel in its engine", openRealPanel);
+
+test("The panel in memory works in a browser's engine, with a window of its own and with one that is given", async () => {
+    const panel = await openRealPanel(0);
+    const answers = panel.inPage(`
+        const { createBridge } = await import("${modules["index.js"]}");
+        const { MemoryPanel } = await import("${modules["testing/index.js"]}");
+        const container = ({ command }) => command === "syncComment";
+        const answers = [];
+        // An element hears events as a window does, and has no bridge.
+        for (const memory of [new MemoryPanel({ container }), new MemoryPanel({ container, page: document.body })]) {
+            const bridge = createBridge(memory.window);
+            const heard = [];
+            bridge.on("fcp:sequence-changed", ({ name }) => heard.push(name));
+            memory.host.openSequence({ name: "Café 日本", duration: 1, frameRate: 25 });
+            const synced = await bridge.call("syncComment", { id: "c1", seconds: 1 });
+            answers.push([(await bridge.call("getTimeline")).name, synced, await bridge.call("cancelExport"), heard]);
+        }
+        return answers;
+    `);
+    const expected = ["Café 日本", true, false, ["Café 日本"]];
+    expect(await answers).toEqual([expected, expected]);
+    await panel.close();
+});
