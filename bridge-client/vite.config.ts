@@ -10,6 +10,8 @@ export default defineConfig({
         },
     },
     test: {
+        // The package is built and compiled against, on machines that do other things as well.
+        testTimeout: 60_000,
         expect: { poll: { interval: 5, timeout: 10_000 } },
         include: ["tests/**/*.test.ts"],
         typecheck: { enabled: true, include: ["tests/**/*.test-d.ts"], tsconfig: "tsconfig.json" },
