@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <string_view>
+#include <utility>
 
 namespace workbench {
 
@@ -39,8 +40,15 @@ std::string fieldOf(std::string_view text) {
 
 } // namespace
 
-CsvWriter::CsvWriter(std::optional<FrameCount> theFrameCount)
-    : frameCount{theFrameCount} {}
+CsvWriter::CsvWriter(std::optional<FrameCount> theFrameCount, std::vector<Comment> theComments)
+    : frameCount{theFrameCount}
+    , comments{std::move(theComments)} {}
+
+void CsvWriter::write(TextSink const& sink) const {
+    sink(header());
+    for (auto const& comment : comments)
+        sink(line(comment));
+}
 
 std::string CsvWriter::header() {
     return std::string{byteOrderMark} + "id,timecode,frame,seconds,duration,author,text,resolved" +

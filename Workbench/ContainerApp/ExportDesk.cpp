@@ -1,6 +1,7 @@
 #include "Workbench/ContainerApp/ExportDesk.h"
 
 #include "Workbench/ContainerApp/CommentList.h"
+#include "Workbench/ContainerApp/ExportFormat.h"
 
 #include <sys/stat.h>
 #include <unordered_set>
@@ -10,14 +11,20 @@ namespace workbench {
 
 namespace {
 
-constexpr char const* csvFormat = "csv";
-
 void checkFolder(std::string const& folder) {
     struct stat status{};
     if (folder.empty() || folder.front() != '/')
         throw OutputError("\"" + folder + "\" is no full path of a folder");
     if (::stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
         throw OutputError("there is no folder " + folder);
+}
+
+ExportContent contentFor(std::optional<HostSequence> const& sequence, std::vector<Comment> comments,
+                         ExportSettings const& settings) {
+    return {.title = sequence ? sequence->name : "",
+            .count = frameCountFor(sequence, settings),
+            .durationFrames = sequence ? sequence->durationFrames : 0,
+            .comments = chosen(std::move(comments), settings)};
 }
 
 std::string sentenceFor(ExportOutcome const& outcome) {
@@ -41,30 +48,31 @@ std::optional<std::string> ExportDesk::start(Json const& wanted) {
     auto const read = readExportSettings(wanted);
     if (!read)
         return "one of the export's settings has a value that it cannot have";
-    if (read->format != csvFormat)
+    auto const* const format = findExportFormat(read->format);
+    if (!format)
         return "\"" + read->format + "\" is no format that can be exported";
     if (exporter.isRunning())
         return "an export is running already";
     try {
-        observer(ExportState::Running, begin(*read));
+        observer(ExportState::Running, begin(*read, *format));
         return {};
     } catch (OutputError const& error) {
         return error.what();
     }
 }
 
-std::string ExportDesk::begin(ExportSettings const& wanted) {
+std::string ExportDesk::begin(ExportSettings const& wanted, ExportFormat const& format) {
     auto const key = wanted.sequence.value_or(sequences.activeKey());
     auto const sequence = sequences.description(key);
     auto const folder = folderFor(wanted);
     auto const otherwise = plainFileName(sequence ? sequence->name : "", "comments", "");
-    auto const name = plainFileName(wanted.fileName.value_or(""), otherwise, ".csv");
+    auto const name = plainFileName(wanted.fileName.value_or(""), otherwise, std::string{format.extension});
+    auto content = contentFor(sequence, comments.comments(key), wanted);
+    auto const count = content.comments.size();
     auto job = ExportJob{.file = OutputFile{folder, name},
-                         .writer = CsvWriter{frameCountFor(sequence, wanted)},
-                         .comments = chosen(comments.comments(key), wanted),
+                         .writer = format.writerFor(std::move(content)),
                          .onExists = wanted.onExists};
-    auto const count = job.comments.size();
-    auto const id = history.begin(sequences.find(key), csvFormat);
+    auto const id = history.begin(sequences.find(key), std::string{format.name});
     exporter.start(std::move(job), [this, id](ExportOutcome const& outcome) { finish(id, outcome); });
     return "exporting " + std::to_string(count) + " comments to " + folder + "/" + name;
 }

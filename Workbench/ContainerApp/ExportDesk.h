@@ -12,6 +12,8 @@
 
 namespace workbench {
 
+struct ExportFormat;
+
 // Starts and stops exports of the comments and keeps their history. Main thread only. Throws DatabaseError.
 class ExportDesk {
 public:
@@ -33,7 +35,7 @@ public:
     void cancel(std::function<void(bool)> answer);
 
 private:
-    [[nodiscard]] std::string begin(ExportSettings const& wanted);
+    [[nodiscard]] std::string begin(ExportSettings const& wanted, ExportFormat const& format);
     [[nodiscard]] std::string folderFor(ExportSettings const& wanted);
     void finish(std::int64_t id, ExportOutcome const& outcome);
 

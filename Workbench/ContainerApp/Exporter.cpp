@@ -1,13 +1,15 @@
 #include "Workbench/ContainerApp/Exporter.h"
 
 #include <atomic>
+#include <exception>
+#include <string_view>
 #include <utility>
 
 namespace workbench {
 
 namespace {
 
-// Rows are handed to the kernel in pieces of this size.
+// Text is handed to the kernel in pieces of this size.
 constexpr std::size_t pieceSize = 64UL * 1024;
 
 enum class Stage { Writing, Publishing, Cancelled };
@@ -18,28 +20,50 @@ bool advance(std::atomic<Stage>& stage, Stage to) {
     return stage.compare_exchange_strong(writing, to);
 }
 
-// False when it was cancelled.
-bool writeRows(ExportJob& job, std::atomic<Stage> const& stage) {
-    auto piece = CsvWriter::header();
-    for (auto const& comment : job.comments) {
+// Ends a writer in its middle.
+class Stopped : public std::exception {};
+
+// Between a writer and its file: hands on whole pieces until the export is cancelled.
+class Spool {
+public:
+    Spool(OutputFile& theFile, std::atomic<Stage> const& theStage)
+        : file{theFile}
+        , stage{theStage} {}
+
+    void put(std::string_view text) {
         if (stage == Stage::Cancelled)
-            return false;
-        piece += job.writer.line(comment);
-        if (piece.size() < pieceSize)
-            continue;
-        job.file.write(piece);
+            throw Stopped{};
+        piece += text;
+        if (piece.size() >= pieceSize)
+            handOn();
+    }
+
+    void finish() {
+        handOn();
+        file.flush();
+    }
+
+private:
+    void handOn() {
+        file.write(piece);
         piece.clear();
     }
-    job.file.write(piece);
-    job.file.flush();
-    return true;
-}
+
+    OutputFile& file;
+    std::atomic<Stage> const& stage;
+    std::string piece;
+};
 
 ExportOutcome perform(ExportJob job, std::atomic<Stage>& stage) {
     try {
-        if (!writeRows(job, stage) || !advance(stage, Stage::Publishing))
+        auto spool = Spool{job.file, stage};
+        job.writer->write([&spool](std::string_view text) { spool.put(text); });
+        spool.finish();
+        if (!advance(stage, Stage::Publishing))
             return {ExportState::Cancelled, {}, {}};
         return {ExportState::Done, job.file.publish(job.onExists), {}};
+    } catch (Stopped const&) {
+        return {ExportState::Cancelled, {}, {}};
     } catch (OutputError const& error) {
         return {ExportState::Failed, {}, error.what()};
     }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Workbench/ContainerApp/Comment.h"
-#include "Workbench/ContainerApp/CsvWriter.h"
+#include "Workbench/ContainerApp/CommentWriter.h"
 #include "Workbench/ContainerApp/ExportHistory.h"
 #include "Workbench/ContainerApp/OutputFile.h"
 
@@ -9,14 +8,12 @@
 #include <memory>
 #include <string>
 #include <thread>
-#include <vector>
 
 namespace workbench {
 
 struct ExportJob {
     OutputFile file;
-    CsvWriter writer;
-    std::vector<Comment> comments;
+    std::unique_ptr<CommentWriter> writer;
     OnExists onExists = OnExists::Rename;
 };
 

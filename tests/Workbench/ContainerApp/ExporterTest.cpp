@@ -1,4 +1,5 @@
 #include "Workbench/ContainerApp/CommentReader.h"
+#include "Workbench/ContainerApp/CsvWriter.h"
 #include "Workbench/ContainerApp/ExportDesk.h"
 #include "Workbench/ContainerApp/Store.h"
 #include "Workbench/ContainerApp/TemporaryFolder.h"
@@ -71,7 +72,8 @@ std::vector<Comment> manyComments(int count) {
 class ExporterTest : public testing::Test {
 protected:
     ExportJob job(int count, OnExists onExists = OnExists::Rename) {
-        return {OutputFile{folder.path(), "x.csv"}, CsvWriter{{}}, manyComments(count), onExists};
+        return {OutputFile{folder.path(), "x.csv"},
+                std::make_unique<CsvWriter>(std::nullopt, manyComments(count)), onExists};
     }
 
     ExportOutcome outcomeOf(ExportJob wanted) {

@@ -1,0 +1,37 @@
+#include "Workbench/ContainerApp/ExportFormat.h"
+
+#include "Workbench/ContainerApp/CsvWriter.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace workbench {
+
+namespace {
+
+constexpr std::array formats{
+    ExportFormat{"csv", ".csv",
+                 [](ExportContent content) -> std::unique_ptr<CommentWriter> {
+                     return std::make_unique<CsvWriter>(content.count, std::move(content.comments));
+                 }},
+};
+
+} // namespace
+
+ExportFormat const* findExportFormat(std::string_view name) {
+    auto const* const found = std::ranges::find(formats, name, &ExportFormat::name);
+    return found == formats.end() ? nullptr : found;
+}
+
+std::string exportFormatNames() {
+    auto names = std::string{};
+    for (auto const& format : formats) {
+        auto const isLast = &format == &formats.back();
+        names += names.empty() ? "" : isLast ? " or " : ", ";
+        names += '"' + std::string{format.name} + '"';
+    }
+    return names;
+}
+
+} // namespace workbench
