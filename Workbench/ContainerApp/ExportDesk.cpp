@@ -14,9 +14,22 @@ namespace {
 void checkFolder(std::string const& folder) {
     struct stat status{};
     if (folder.empty() || folder.front() != '/')
-        throw OutputError("\"" + folder + "\" is no full path of a folder");
+        throw wrongSetting("folder", folder, "a full path, which begins with \"/\"");
     if (::stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
-        throw OutputError("there is no folder " + folder);
+        throw OutputError("there is no folder " + folder + ": make it, or choose another one");
+}
+
+ExportFormat const& formatOf(ExportSettings const& settings) {
+    auto const* const format = findExportFormat(settings.format);
+    if (!format)
+        throw wrongSetting("format", settings.format, exportFormatNames());
+    return *format;
+}
+
+void checkRate(ExportContent const& content, ExportFormat const& format) {
+    if (format.needsRate && !content.count)
+        throw OutputError("nobody knows the frame rate that the format \"" + std::string{format.name} +
+                          "\" counts in: open the sequence in the editor, or give the setting \"frameRate\"");
 }
 
 ExportContent contentFor(std::optional<HostSequence> const& sequence, std::vector<Comment> comments,
@@ -45,16 +58,12 @@ ExportDesk::ExportDesk(CommentStore& theComments, SequenceStore& theSequences, S
     , exporter{theExporter} {}
 
 std::optional<std::string> ExportDesk::start(Json const& wanted) {
-    auto const read = readExportSettings(wanted);
-    if (!read)
-        return "one of the export's settings has a value that it cannot have";
-    auto const* const format = findExportFormat(read->format);
-    if (!format)
-        return "\"" + read->format + "\" is no format that can be exported";
-    if (exporter.isRunning())
-        return "an export is running already";
     try {
-        observer(ExportState::Running, begin(*read, *format));
+        auto const read = readExportSettings(wanted);
+        auto const& format = formatOf(read);
+        if (exporter.isRunning())
+            return "an export is running already: wait for its end, or cancel it";
+        observer(ExportState::Running, begin(read, format));
         return {};
     } catch (OutputError const& error) {
         return error.what();
@@ -68,6 +77,7 @@ std::string ExportDesk::begin(ExportSettings const& wanted, ExportFormat const& 
     auto const otherwise = plainFileName(sequence ? sequence->name : "", "comments", "");
     auto const name = plainFileName(wanted.fileName.value_or(""), otherwise, std::string{format.extension});
     auto content = contentFor(sequence, comments.comments(key), wanted);
+    checkRate(content, format);
     auto const count = content.comments.size();
     auto job = ExportJob{.file = OutputFile{folder, name},
                          .writer = format.writerFor(std::move(content)),
@@ -120,7 +130,8 @@ std::optional<FrameCount> frameCountFor(std::optional<HostSequence> const& seque
     count.dropFrame = count.dropFrame || settings.timecodeStart->find(';') != std::string::npos;
     auto const first = frameOfLabel(*settings.timecodeStart, count);
     if (!first)
-        throw OutputError("\"" + *settings.timecodeStart + "\" is no timecode at this rate");
+        throw wrongSetting("timecodeStart", *settings.timecodeStart,
+                           "a timecode of the sequence's rate, as \"01:00:00:00\"");
     count.firstFrame = *first;
     return count;
 }

@@ -11,7 +11,7 @@ namespace workbench {
 namespace {
 
 constexpr std::array formats{
-    ExportFormat{"csv", ".csv",
+    ExportFormat{"csv", ".csv", false,
                  [](ExportContent content) -> std::unique_ptr<CommentWriter> {
                      return std::make_unique<CsvWriter>(content.count, std::move(content.comments));
                  }},

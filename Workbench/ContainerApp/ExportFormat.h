@@ -13,6 +13,7 @@ namespace workbench {
 struct ExportFormat {
     std::string_view name; // as a page asks for it
     std::string_view extension; // of its files: ".csv"
+    bool needsRate = true; // takes no content without a frame count
 
     // Throws OutputError for a content that the format cannot hold.
     std::unique_ptr<CommentWriter> (*writerFor)(ExportContent content) = nullptr;

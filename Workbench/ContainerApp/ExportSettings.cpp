@@ -3,70 +3,89 @@
 #include "Workbench/ContainerApp/CommentReader.h"
 
 #include <map>
+#include <type_traits>
 
 namespace workbench {
 
 namespace {
 
-// Reads the members of one object and remembers whether one of them had a value that it cannot have.
+// A message quotes no more of a value.
+constexpr std::size_t longestQuote = 80;
+
+template <class Value>
+constexpr char const* kindOf = "a text";
+
+template <>
+constexpr char const* kindOf<bool> = "true or false";
+
+template <>
+constexpr char const* kindOf<double> = "a number";
+
+template <class Value>
+bool isOf(Json const& value) {
+    if constexpr (std::is_same_v<Value, bool>)
+        return value.is_boolean();
+    else if constexpr (std::is_same_v<Value, double>)
+        return value.is_number();
+    else
+        return value.is_string();
+}
+
+template <class Value>
+using Choices = std::map<std::string, Value>;
+
+template <class Value>
+std::string namesOf(Choices<Value> const& choices) {
+    auto names = std::string{};
+    for (auto const& [name, value] : choices)
+        names += (names.empty() ? "\"" : " or \"") + name + '"';
+    return names;
+}
+
+// Reads the members of one object.
 class Members {
 public:
     explicit Members(Json const& theObject)
         : object{theObject} {}
 
     template <class Value>
-    void take(char const* key, std::optional<Value>& place) {
+    void take(char const* key, std::optional<Value>& place) const {
         auto const& value = member(object, key);
         if (value.is_null())
             return;
-        if (isOf<Value>(value))
-            place = value.get<Value>();
-        else
-            valid = false;
+        if (!isOf<Value>(value))
+            throw wrongSetting(key, value, kindOf<Value>);
+        place = value.get<Value>();
     }
 
     template <class Value>
-    void take(char const* key, Value& place) {
+    void take(char const* key, Value& place) const {
         auto value = std::optional<Value>{};
         take(key, value);
         place = value.value_or(place);
     }
 
     template <class Value>
-    void choose(char const* key, std::map<std::string, Value> const& choices, Value& place) {
+    void choose(char const* key, Choices<Value> const& choices, Value& place) const {
         auto name = std::optional<std::string>{};
         take(key, name);
         if (!name)
             return;
         auto const choice = choices.find(*name);
-        if (choice != choices.end())
-            place = choice->second;
-        else
-            valid = false;
+        if (choice == choices.end())
+            throw wrongSetting(key, *name, namesOf(choices));
+        place = choice->second;
     }
-
-    [[nodiscard]] bool areValid() const { return valid; }
 
 private:
-    template <class Value>
-    static bool isOf(Json const& value) {
-        if constexpr (std::is_same_v<Value, bool>)
-            return value.is_boolean();
-        else if constexpr (std::is_same_v<Value, double>)
-            return value.is_number();
-        else
-            return value.is_string();
-    }
-
     Json const& object;
-    bool valid = true;
 };
 
 } // namespace
 
-std::optional<ExportSettings> readExportSettings(Json const& settings) {
+ExportSettings readExportSettings(Json const& settings) {
     auto result = ExportSettings{};
-    auto members = Members{settings};
+    auto const members = Members{settings};
     members.take("format", result.format);
     members.take("folder", result.folder);
     members.take("fileName", result.fileName);
@@ -77,9 +96,14 @@ std::optional<ExportSettings> readExportSettings(Json const& settings) {
     members.choose("include", {{"all", false}, {"open", true}}, result.openOnly);
     members.choose("onExists", {{"rename", OnExists::Rename}, {"replace", OnExists::Replace}},
                    result.onExists);
-    if (!members.areValid())
-        return {};
     return result;
+}
+
+OutputError wrongSetting(std::string const& name, Json const& value, std::string const& wanted) {
+    auto quote = value.dump(-1, ' ', true, Json::error_handler_t::replace);
+    if (quote.size() > longestQuote)
+        quote = quote.substr(0, longestQuote) + "...";
+    return OutputError{"the setting \"" + name + "\" is " + quote + ", but it takes " + wanted};
 }
 
 } // namespace workbench

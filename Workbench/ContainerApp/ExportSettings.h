@@ -21,8 +21,11 @@ struct ExportSettings {
     std::optional<std::string> sequence;
 };
 
-// None when a setting has a value that it cannot have; what is left out has its default, what is unknown is
-// ignored.
-[[nodiscard]] std::optional<ExportSettings> readExportSettings(Json const& settings);
+// What is left out has its default, what is unknown is ignored. Throws OutputError, with the setting's name,
+// for a value that a setting cannot have.
+[[nodiscard]] ExportSettings readExportSettings(Json const& settings);
+
+// That the setting `name` has the value `value`, and what it takes instead.
+[[nodiscard]] OutputError wrongSetting(std::string const& name, Json const& value, std::string const& wanted);
 
 } // namespace workbench

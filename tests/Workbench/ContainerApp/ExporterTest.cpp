@@ -1,6 +1,7 @@
 #include "Workbench/ContainerApp/CommentReader.h"
 #include "Workbench/ContainerApp/CsvWriter.h"
 #include "Workbench/ContainerApp/ExportDesk.h"
+#include "Workbench/ContainerApp/ExportFormat.h"
 #include "Workbench/ContainerApp/Store.h"
 #include "Workbench/ContainerApp/TemporaryFolder.h"
 
@@ -291,7 +292,7 @@ TEST_F(ExportDeskTest, CutsLongFileNamesBetweenCharacters) {
 
 TEST_F(ExportDeskTest, RefusesSettingsThatMakeNoSense) {
     for (auto const& wanted :
-         {Json{{"format", "fcpxml"}}, Json{{"format", ""}}, Json{{"format", "CSV"}}, Json{{"format", 7}},
+         {Json{{"format", "avi"}}, Json{{"format", ""}}, Json{{"format", "CSV"}}, Json{{"format", 7}},
           Json{{"include", "some"}}, Json{{"replies", "yes"}}, Json{{"onExists", "ask"}}, Json{{"folder", 7}},
           Json{{"folder", "here"}}, Json{{"folder", ""}}, Json{{"folder", folder / "missing"}},
           Json{{"fileName", 7}}, Json{{"timecodeStart", 7}}, Json{{"frameRate", "25"}},
@@ -302,13 +303,38 @@ TEST_F(ExportDeskTest, RefusesSettingsThatMakeNoSense) {
     EXPECT_TRUE(store.exports.newest(1).empty());
 }
 
-TEST_F(ExportDeskTest, SaysWhyItRefuses) {
-    EXPECT_EQ("\"fcpxml\" is no format that can be exported", refusal(settings({{"format", "fcpxml"}})));
-    EXPECT_EQ("there is no folder " + folder / "missing",
+TEST_F(ExportDeskTest, SaysWhyItRefusesAFolder) {
+    EXPECT_EQ("there is no folder " + folder / "missing" + ": make it, or choose another one",
               refusal(settings({{"folder", folder / "missing"}})));
-    EXPECT_EQ("\"here\" is no full path of a folder", refusal(settings({{"folder", "here"}})));
+    EXPECT_EQ(R"(the setting "folder" is "here", but it takes a full path, which begins with "/")",
+              refusal(settings({{"folder", "here"}})));
     writeFile(folder / "file", "");
-    EXPECT_EQ("there is no folder " + folder / "file", refusal(settings({{"folder", folder / "file"}})));
+    EXPECT_EQ("there is no folder " + folder / "file" + ": make it, or choose another one",
+              refusal(settings({{"folder", folder / "file"}})));
+}
+
+TEST_F(ExportDeskTest, NamesTheSettingThatItRefusesAndWhatItTakes) {
+    EXPECT_EQ(R"(the setting "format" is "avi", but it takes )" + exportFormatNames(),
+              refusal(settings({{"format", "avi"}})));
+    EXPECT_EQ(R"(the setting "format" is "", but it takes )" + exportFormatNames(), refusal(Json::object()));
+    EXPECT_EQ(R"(the setting "include" is "some", but it takes "all" or "open")",
+              refusal(settings({{"include", "some"}})));
+    EXPECT_EQ(R"(the setting "onExists" is "ask", but it takes "rename" or "replace")",
+              refusal(settings({{"onExists", "ask"}})));
+    EXPECT_EQ(R"(the setting "replies" is "yes", but it takes true or false)",
+              refusal(settings({{"replies", "yes"}})));
+    EXPECT_EQ(R"(the setting "fileName" is ["a"], but it takes a text)",
+              refusal(settings({{"fileName", {"a"}}})));
+    EXPECT_EQ(R"(the setting "frameRate" is "25", but it takes a number)",
+              refusal(settings({{"frameRate", "25"}})));
+    EXPECT_EQ(R"(the setting "timecodeStart" is "noon", but it takes a timecode of the sequence's rate, )"
+              R"(as "01:00:00:00")",
+              refusal(settings({{"frameRate", 25}, {"timecodeStart", "noon"}})));
+}
+
+TEST_F(ExportDeskTest, QuotesALongSettingInPart) {
+    auto const message = refusal(settings({{"include", std::string(1'000'000, 'x')}}));
+    EXPECT_LT(message.size(), 200U) << message;
 }
 
 TEST_F(ExportDeskTest, TakesTheFolderThatWasChosenLast) {
@@ -320,12 +346,13 @@ TEST_F(ExportDeskTest, TakesTheFolderThatWasChosenLast) {
 
 TEST_F(ExportDeskTest, RefusesToWriteElsewhereWhenTheChosenFolderHasGone) {
     store.settings.set(outputFolderSetting, folder / "gone");
-    EXPECT_EQ("there is no folder " + folder / "gone", refusal({{"format", "csv"}}));
+    EXPECT_EQ("there is no folder " + folder / "gone" + ": make it, or choose another one",
+              refusal({{"format", "csv"}}));
 }
 
 TEST_F(ExportDeskTest, RunsOneExportAtATime) {
     EXPECT_EQ("started", refusal(settings()));
-    EXPECT_EQ("an export is running already", refusal(settings()));
+    EXPECT_EQ("an export is running already: wait for its end, or cancel it", refusal(settings()));
     ASSERT_TRUE(queue.runOne());
     EXPECT_EQ("started", refusal(settings()));
     ASSERT_TRUE(queue.runOne());

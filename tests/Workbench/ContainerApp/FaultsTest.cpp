@@ -295,8 +295,8 @@ TEST_F(FaultsTest, RefusesToExportIntoAFolderThatItMayNotWrite) {
     EXPECT_EQ(false, client.request("startExport", {{"format", "csv"}, {"folder", folder / "closed"}}));
     EXPECT_TRUE(complains("zelvix-container: the export was not started: cannot write in " +
                           folder / "closed" + ": Permission denied\n"));
-    EXPECT_EQ(false, client.request("startExport", {{"format", "fcpxml"}, {"folder", folder.path()}}));
-    EXPECT_TRUE(complains("\"fcpxml\" is no format that can be exported"));
+    EXPECT_EQ(false, client.request("startExport", {{"format", "avi"}, {"folder", folder.path()}}));
+    EXPECT_TRUE(complains("the setting \"format\" is \"avi\", but it takes "));
     EXPECT_EQ("0\n", sql("SELECT count(*) FROM exports"));
 }
 
