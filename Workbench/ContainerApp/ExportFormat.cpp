@@ -1,6 +1,7 @@
 #include "Workbench/ContainerApp/ExportFormat.h"
 
 #include "Workbench/ContainerApp/CsvWriter.h"
+#include "Workbench/ContainerApp/FcpxmlWriter.h"
 
 #include <algorithm>
 #include <array>
@@ -10,11 +11,17 @@ namespace workbench {
 
 namespace {
 
+template <class Writer>
+std::unique_ptr<CommentWriter> onTimeline(ExportContent content) {
+    return std::make_unique<Writer>(timelineOf(content));
+}
+
 constexpr std::array formats{
     ExportFormat{"csv", ".csv", false,
                  [](ExportContent content) -> std::unique_ptr<CommentWriter> {
                      return std::make_unique<CsvWriter>(content.count, std::move(content.comments));
                  }},
+    ExportFormat{"fcpxml", ".fcpxml", true, onTimeline<FcpxmlWriter>},
 };
 
 } // namespace

@@ -332,6 +332,28 @@ TEST_F(ExportDeskTest, NamesTheSettingThatItRefusesAndWhatItTakes) {
               refusal(settings({{"frameRate", 25}, {"timecodeStart", "noon"}})));
 }
 
+TEST_F(ExportDeskTest, SaysHowToComeToARate) {
+    EXPECT_EQ(R"(nobody knows the frame rate that the format "fcpxml" counts in: open the sequence in the )"
+              R"(editor, or give the setting "frameRate")",
+              refusal(settings({{"format", "fcpxml"}})));
+    EXPECT_EQ("", folder.names());
+    EXPECT_EQ("comments.fcpxml", exportedName(settings({{"format", "fcpxml"}, {"frameRate", 23.98}})));
+}
+
+TEST_F(ExportDeskTest, ExportsInTheEditorsExactRate) {
+    auto sequence = HostSequence{};
+    sequence.key = "one";
+    sequence.name = "Reel 1";
+    sequence.rate = FrameRate{24000, 1001};
+    sequence.durationFrames = 480;
+    store.sequences.setActive(sequence);
+    add({{"id", "a"}, {"seconds", 10.01}});
+    auto const text = exported(settings({{"format", "fcpxml"}, {"frameRate", 25}}));
+    EXPECT_NE(std::string::npos, text.find("<marker start=\"240240/24000s\" ")) << text;
+    EXPECT_NE(std::string::npos, text.find(" duration=\"480480/24000s\" ")) << text;
+    EXPECT_NE(std::string::npos, text.find("<project name=\"Reel 1\">")) << text;
+}
+
 TEST_F(ExportDeskTest, QuotesALongSettingInPart) {
     auto const message = refusal(settings({{"include", std::string(1'000'000, 'x')}}));
     EXPECT_LT(message.size(), 200U) << message;
