@@ -29,7 +29,7 @@ ExportFormat const& formatOf(ExportSettings const& settings) {
 void checkRate(ExportContent const& content, ExportFormat const& format) {
     if (format.needsRate && !content.count)
         throw OutputError("nobody knows the frame rate that the format \"" + std::string{format.name} +
-                          "\" counts in: open the sequence in the editor, or give the setting \"frameRate\"");
+                          R"(" counts in: open the sequence in the editor, or give the setting "frameRate")");
 }
 
 ExportContent contentFor(std::optional<HostSequence> const& sequence, std::vector<Comment> comments,
@@ -76,12 +76,11 @@ std::string ExportDesk::begin(ExportSettings const& wanted, ExportFormat const& 
     auto const folder = folderFor(wanted);
     auto const otherwise = plainFileName(sequence ? sequence->name : "", "comments", "");
     auto const name = plainFileName(wanted.fileName.value_or(""), otherwise, std::string{format.extension});
-    auto content = contentFor(sequence, comments.comments(key), wanted);
+    auto const content = contentFor(sequence, comments.comments(key), wanted);
     checkRate(content, format);
     auto const count = content.comments.size();
-    auto job = ExportJob{.file = OutputFile{folder, name},
-                         .writer = format.writerFor(std::move(content)),
-                         .onExists = wanted.onExists};
+    auto job = ExportJob{
+        .file = OutputFile{folder, name}, .writer = format.writerFor(content), .onExists = wanted.onExists};
     auto const id = history.begin(sequences.find(key), std::string{format.name});
     exporter.start(std::move(job), [this, id](ExportOutcome const& outcome) { finish(id, outcome); });
     return "exporting " + std::to_string(count) + " comments to " + folder + "/" + name;

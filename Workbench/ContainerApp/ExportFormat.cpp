@@ -5,21 +5,20 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace workbench {
 
 namespace {
 
 template <class Writer>
-std::unique_ptr<CommentWriter> onTimeline(ExportContent content) {
+std::unique_ptr<CommentWriter> onTimeline(ExportContent const& content) {
     return std::make_unique<Writer>(timelineOf(content));
 }
 
 constexpr std::array formats{
     ExportFormat{"csv", ".csv", false,
-                 [](ExportContent content) -> std::unique_ptr<CommentWriter> {
-                     return std::make_unique<CsvWriter>(content.count, std::move(content.comments));
+                 [](ExportContent const& content) -> std::unique_ptr<CommentWriter> {
+                     return std::make_unique<CsvWriter>(content.count, content.comments);
                  }},
     ExportFormat{"fcpxml", ".fcpxml", true, onTimeline<FcpxmlWriter>},
 };
@@ -34,8 +33,8 @@ ExportFormat const* findExportFormat(std::string_view name) {
 std::string exportFormatNames() {
     auto names = std::string{};
     for (auto const& format : formats) {
-        auto const isLast = &format == &formats.back();
-        names += names.empty() ? "" : isLast ? " or " : ", ";
+        if (!names.empty())
+            names += &format == &formats.back() ? " or " : ", ";
         names += '"' + std::string{format.name} + '"';
     }
     return names;

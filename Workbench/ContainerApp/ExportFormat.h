@@ -16,7 +16,7 @@ struct ExportFormat {
     bool needsRate = true; // takes no content without a frame count
 
     // Throws OutputError for a content that the format cannot hold.
-    std::unique_ptr<CommentWriter> (*writerFor)(ExportContent content) = nullptr;
+    std::unique_ptr<CommentWriter> (*writerFor)(ExportContent const& content) = nullptr;
 };
 
 // Null for a name that is none.

@@ -53,10 +53,9 @@ int distance(MarkerColour a, MarkerColour b) {
 std::optional<MarkerColour> readColour(std::string_view text) {
     if (text.starts_with('#'))
         return readDigits(text.substr(1));
-    auto const* const found = std::ranges::find_if(basicColours, [text](NamedColour const& basic) {
-        return basic.name.size() == text.size() &&
-               g_ascii_strncasecmp(basic.name.data(), text.data(), text.size()) == 0;
-    });
+    auto const isSame = [](char one, char other) { return g_ascii_tolower(one) == g_ascii_tolower(other); };
+    auto const* const found = std::ranges::find_if(
+        basicColours, [&](NamedColour const& basic) { return std::ranges::equal(basic.name, text, isSame); });
     return found == basicColours.end() ? std::nullopt : std::optional{found->colour};
 }
 

@@ -5,6 +5,8 @@
 #include <glib.h>
 
 #include <algorithm>
+#include <iterator>
+#include <map>
 #include <memory>
 #include <numeric>
 #include <unordered_map>
@@ -33,7 +35,7 @@ FrameCount withinBounds(FrameCount count) {
     return count;
 }
 
-std::string orElse(std::string text, char const* otherwise) {
+std::string orElse(std::string const& text, char const* otherwise) {
     return text.empty() ? otherwise : text;
 }
 
@@ -56,6 +58,17 @@ TimelineMarker markerOf(Comment const& comment, FrameRate rate) {
     return marker;
 }
 
+// Those of one frame stay in their order.
+std::vector<TimelineMarker> byFrame(std::vector<TimelineMarker> markers) {
+    auto sorted = std::multimap<std::int64_t, TimelineMarker>{};
+    for (auto& marker : markers)
+        sorted.emplace(marker.frame, std::move(marker));
+    markers.clear();
+    for (auto& [frame, marker] : sorted)
+        markers.push_back(std::move(marker));
+    return markers;
+}
+
 std::vector<TimelineMarker> markersOf(std::vector<Comment> const& comments, FrameRate rate) {
     auto markers = std::vector<TimelineMarker>{};
     auto placeOf = std::unordered_map<std::string, std::size_t>{};
@@ -70,8 +83,7 @@ std::vector<TimelineMarker> markersOf(std::vector<Comment> const& comments, Fram
         placeOf.emplace(comment.id, markers.size());
         markers.push_back(markerOf(comment, rate));
     }
-    std::ranges::stable_sort(markers, {}, &TimelineMarker::frame);
-    return markers;
+    return byFrame(std::move(markers));
 }
 
 std::int64_t lengthOf(std::vector<TimelineMarker> const& markers, std::int64_t duration) {
@@ -129,7 +141,7 @@ std::string oneLine(std::string const& text) {
     auto line = std::string{};
     auto isParted = false;
     for (char const* at = valid.get(); *at != '\0';) {
-        char const* const next = g_utf8_next_char(at);
+        char const* const next = g_utf8_find_next_char(at, nullptr);
         if (isSeen(g_utf8_get_char(at))) {
             line += isParted && !line.empty() ? " " : "";
             line.append(at, next);

@@ -20,7 +20,7 @@ xmlChar const* xml(std::string const& text) {
 std::string carried(std::string const& text) {
     auto result = std::string{};
     for (char const* at = text.c_str(); *at != '\0';) {
-        char const* const next = g_utf8_next_char(at);
+        char const* const next = g_utf8_find_next_char(at, nullptr);
         if (xmlIsCharQ(g_utf8_get_char(at)))
             result.append(at, next);
         else
@@ -38,27 +38,38 @@ void check(int written) {
 
 } // namespace
 
+struct XmlText::Parts {
+    struct Free {
+        void operator()(xmlBuffer* freed) const { xmlBufferFree(freed); }
+
+        void operator()(xmlTextWriter* freed) const { xmlFreeTextWriter(freed); }
+    };
+
+    std::unique_ptr<xmlBuffer, Free> buffer{xmlBufferCreate()}; // outlives its writer
+    std::unique_ptr<xmlTextWriter, Free> writer{xmlNewTextWriterMemory(buffer.get(), 0)};
+};
+
 XmlText::XmlText(std::string const& root, std::string const& doctype)
-    : buffer{xmlBufferCreate()}
-    , writer{xmlNewTextWriterMemory(buffer.get(), 0)} {
-    if (!writer)
+    : parts{std::make_unique<Parts>()} {
+    if (!parts->writer)
         throw std::bad_alloc{};
-    xmlTextWriterSetIndent(writer.get(), 1);
-    xmlTextWriterSetIndentString(writer.get(), xml("  "));
-    check(xmlTextWriterStartDocument(writer.get(), nullptr, "UTF-8", nullptr));
+    auto* const writer = parts->writer.get();
+    xmlTextWriterSetIndent(writer, 1);
+    xmlTextWriterSetIndentString(writer, xml("  "));
+    check(xmlTextWriterStartDocument(writer, nullptr, "UTF-8", nullptr));
     if (!doctype.empty())
-        check(xmlTextWriterWriteDTD(writer.get(), xml(doctype), nullptr, nullptr, nullptr));
+        check(xmlTextWriterWriteDTD(writer, xml(doctype), nullptr, nullptr, nullptr));
     open(root);
 }
 
 XmlText::~XmlText() = default;
 
 void XmlText::open(std::string const& element) {
-    check(xmlTextWriterStartElement(writer.get(), xml(element)));
+    check(xmlTextWriterStartElement(parts->writer.get(), xml(element)));
 }
 
 void XmlText::attribute(std::string const& name, std::string const& value) {
-    check(xmlTextWriterWriteAttribute(writer.get(), xml(name), xml(carried(value))));
+    check(xmlTextWriterWriteAttribute(parts->writer.get(), xml(name), xml(carried(value))));
 }
 
 void XmlText::attribute(std::string const& name, std::int64_t value) {
@@ -66,32 +77,24 @@ void XmlText::attribute(std::string const& name, std::int64_t value) {
 }
 
 void XmlText::text(std::string const& value) {
-    check(xmlTextWriterWriteString(writer.get(), xml(carried(value))));
+    check(xmlTextWriterWriteString(parts->writer.get(), xml(carried(value))));
 }
 
 void XmlText::close() {
-    check(xmlTextWriterEndElement(writer.get()));
+    check(xmlTextWriterEndElement(parts->writer.get()));
 }
 
 std::string XmlText::take() {
-    check(xmlTextWriterFlush(writer.get()));
-    auto const* const written = reinterpret_cast<char const*>(xmlBufferContent(buffer.get()));
-    auto text = std::string{written, static_cast<std::size_t>(xmlBufferLength(buffer.get()))};
-    xmlBufferEmpty(buffer.get());
+    check(xmlTextWriterFlush(parts->writer.get()));
+    auto const* const written = reinterpret_cast<char const*>(xmlBufferContent(parts->buffer.get()));
+    auto text = std::string{written, static_cast<std::size_t>(xmlBufferLength(parts->buffer.get()))};
+    xmlBufferEmpty(parts->buffer.get());
     return text;
 }
 
 std::string XmlText::finish() {
-    check(xmlTextWriterEndDocument(writer.get()));
+    check(xmlTextWriterEndDocument(parts->writer.get()));
     return take();
-}
-
-void XmlText::Free::operator()(_xmlBuffer* freed) const {
-    xmlBufferFree(freed);
-}
-
-void XmlText::Free::operator()(_xmlTextWriter* freed) const {
-    xmlFreeTextWriter(freed);
 }
 
 } // namespace workbench

@@ -4,9 +4,6 @@
 #include <memory>
 #include <string>
 
-struct _xmlBuffer;
-struct _xmlTextWriter;
-
 namespace workbench {
 
 // Writes well-formed XML, indented, whatever its texts hold: characters that XML cannot carry become U+FFFD,
@@ -33,13 +30,9 @@ public:
     [[nodiscard]] std::string finish();
 
 private:
-    struct Free {
-        void operator()(_xmlBuffer* buffer) const;
-        void operator()(_xmlTextWriter* writer) const;
-    };
+    struct Parts;
 
-    std::unique_ptr<_xmlBuffer, Free> buffer; // outlives its writer
-    std::unique_ptr<_xmlTextWriter, Free> writer;
+    std::unique_ptr<Parts> parts;
 };
 
 } // namespace workbench

@@ -136,8 +136,8 @@ TEST(FcpxmlWriter, CarriesAnyText) {
     EXPECT_EQ("\"<&>\" ]]> 🎬", found["name"]);
     ASSERT_EQ(hostileTexts().size(), found["markers"].size());
     for (std::size_t place = 0; place < hostileTexts().size(); ++place) {
-        EXPECT_EQ(hostileTexts()[place].seen, found["markers"][place]["value"]);
-        EXPECT_EQ(hostileTexts()[place].seen, found["markers"][place]["note"]);
+        EXPECT_EQ(Json(hostileTexts()[place].seen), found["markers"][place]["value"]);
+        EXPECT_EQ(Json(hostileTexts()[place].seen), found["markers"][place]["note"]);
     }
 }
 
