@@ -55,11 +55,11 @@ std::vector<HostileText> const& hostileTexts() {
         {"<!-- --> <?x ?> <![CDATA[", "<!-- --> <?x ?> <![CDATA["},
         {"NOTE nothing", "NOTE nothing"},
         {"[CHAPTER]", "[CHAPTER]"},
-        {"; # = \\ \\n \\\\", "; # = \\ \\n \\\\"},
+        {R"(; # = \ \n \\)", R"(; # = \ \n \\)"},
         {"|C:ResolveColorRed |M:x |D:9", "|C:ResolveColorRed |M:x |D:9"},
         {"* LOC: 01:00:00:00 RED x", "* LOC: 01:00:00:00 RED x"},
         {"=1+1", "=1+1"},
-        {"{\\an8}{\"pos\": 1}", "{\\an8}{\"pos\": 1}"},
+        {R"({\an8}{"pos": 1})", R"({\an8}{"pos": 1})"},
         {"%s %n $(true) `true`", "%s %n $(true) `true`"},
         {"Café 日本 🎬👩‍👩‍👧", "Café 日本 🎬👩‍👩‍👧"},
         {"not \xFF text", "not \xEF\xBF\xBD text"},
@@ -80,7 +80,7 @@ ExportContent hostileContent(FrameCount const& count) {
 
 ExportContent longContent(FrameCount const& count) {
     auto frames = std::vector<std::int64_t>{};
-    for (auto number = 0; number < 5000; ++number)
+    for (auto number = std::int64_t{0}; number < 5000; ++number)
         frames.push_back(10 * number);
     return contentAt(frames, count);
 }
@@ -91,11 +91,26 @@ std::string written(CommentWriter const& writer) {
     return text;
 }
 
-Json readBack(std::string const& name, std::string const& contents) {
+std::string rateText(FrameRate rate) {
+    return std::to_string(rate.numerator) + "/" + std::to_string(rate.denominator);
+}
+
+Json readBack(std::string const& name, std::string const& contents, std::string const& arguments) {
     auto const folder = TemporaryFolder{};
     writeFile(folder / "export", contents);
-    auto const output = outputOf("python3 '" EXPORT_READERS "' " + name + " '" + folder / "export" + "'");
+    auto const output = outputOf("'" EXPORT_PYTHON "' '" EXPORT_READERS "' " + name + " '" +
+                                 folder / "export" + "' " + arguments);
     return Json::parse(output, nullptr, false);
+}
+
+Json labelsByMlt(std::vector<std::int64_t> frames, FrameCount const& count) {
+    for (auto& frame : frames)
+        frame += count.firstFrame;
+    // Where none is left out, labels count as at the next whole rate.
+    auto const whole =
+        FrameRate{(count.rate.numerator + count.rate.denominator - 1) / count.rate.denominator, 1};
+    return readBack("labels", Json(frames).dump(),
+                    count.dropFrame ? rateText(count.rate) + " smpte_df" : rateText(whole) + " smpte_ndf");
 }
 
 Json each(Json const& list, std::string const& key) {

@@ -43,8 +43,16 @@ struct HostileText {
 
 [[nodiscard]] std::string written(CommentWriter const& writer);
 
-// What the reader `name` of read_export.py finds in a file with these contents; null where it finds a fault.
-[[nodiscard]] Json readBack(std::string const& name, std::string const& contents);
+// "30000/1001".
+[[nodiscard]] std::string rateText(FrameRate rate);
+
+// What the reader `name` of read_export.py finds in a file with these contents, perhaps with a rate to count
+// in. Discarded where it finds a fault.
+[[nodiscard]] Json readBack(std::string const& name, std::string const& contents,
+                            std::string const& arguments = {});
+
+// The labels that MLT gives to these frames of a sequence.
+[[nodiscard]] Json labelsByMlt(std::vector<std::int64_t> frames, FrameCount const& count);
 
 // The member `key` of each.
 [[nodiscard]] Json each(Json const& list, std::string const& key);
