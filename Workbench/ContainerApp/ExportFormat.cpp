@@ -2,6 +2,7 @@
 
 #include "Workbench/ContainerApp/CsvWriter.h"
 #include "Workbench/ContainerApp/FcpxmlWriter.h"
+#include "Workbench/ContainerApp/WebVttWriter.h"
 
 #include <algorithm>
 #include <array>
@@ -21,6 +22,7 @@ constexpr std::array formats{
                      return std::make_unique<CsvWriter>(content.count, content.comments);
                  }},
     ExportFormat{"fcpxml", ".fcpxml", true, onTimeline<FcpxmlWriter>},
+    ExportFormat{"webvtt", ".vtt", true, onTimeline<WebVttWriter>},
 };
 
 } // namespace

@@ -82,6 +82,18 @@ std::string timecode(std::int64_t frame, FrameCount const& count) {
     return text;
 }
 
+std::string clockTime(std::int64_t frame, FrameRate rate) {
+    auto const time = frame * rate.denominator;
+    auto const rest = time % rate.numerator * 1000;
+    auto const milliseconds = time / rate.numerator * 1000 + (rest + rate.numerator - 1) / rate.numerator;
+    auto const seconds = milliseconds / 1000;
+    char text[64];
+    std::snprintf(text, sizeof text, "%02lld:%02d:%02d.%03d", static_cast<long long>(seconds / 3600),
+                  static_cast<int>(seconds / 60 % 60), static_cast<int>(seconds % 60),
+                  static_cast<int>(milliseconds % 1000));
+    return text;
+}
+
 std::optional<std::int64_t> frameOfLabel(std::string_view label, FrameCount const& count) {
     auto const fields = readFields(label);
     auto const labels = labelsPerSecond(count.rate);

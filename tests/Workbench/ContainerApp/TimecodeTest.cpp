@@ -105,6 +105,29 @@ TEST(Timecode, LeavesOutNoLabelsWhereThatIsNotDefined) {
     EXPECT_TRUE(canDropFrames(fast));
 }
 
+TEST(Timecode, ShowsTheFirstMillisecondOfAFrameOnTheClock) {
+    EXPECT_EQ("00:00:00.000", clockTime(0, film));
+    EXPECT_EQ("00:00:00.042", clockTime(1, film));
+    EXPECT_EQ("00:00:00.040", clockTime(1, pal));
+    EXPECT_EQ("00:00:01.001", clockTime(30, ntsc));
+    EXPECT_EQ("01:00:00.000", clockTime(90'000, pal));
+    EXPECT_EQ("100:00:00.000", clockTime(9'000'000, pal));
+    EXPECT_EQ("00:01:00.000", clockTime(599'995, {10'000, 1}));
+}
+
+TEST(Timecode, ShowsNoFrameOnTheClockOfAnother) {
+    for (auto const rate : rates)
+        for (auto frame = std::int64_t{0}; frame < 20'000; ++frame) {
+            auto const text = clockTime(frame, rate);
+            auto const milliseconds =
+                ((std::stoll(text.substr(0, 2)) * 60 + std::stoll(text.substr(3, 2))) * 60 +
+                 std::stoll(text.substr(6, 2))) *
+                    1000 +
+                std::stoll(text.substr(9));
+            ASSERT_EQ(frame, milliseconds * rate.numerator / (rate.denominator * 1000)) << text;
+        }
+}
+
 TEST(Timecode, ReadsEveryLabelThatItWrites) {
     for (auto const& count :
          {FrameCount{ntsc, 0, true}, FrameCount{ntsc, 0, false}, FrameCount{fast, 0, true}, FrameCount{pal}})
