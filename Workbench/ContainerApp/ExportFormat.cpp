@@ -2,6 +2,7 @@
 
 #include "Workbench/ContainerApp/CsvWriter.h"
 #include "Workbench/ContainerApp/FcpxmlWriter.h"
+#include "Workbench/ContainerApp/FfmetadataWriter.h"
 #include "Workbench/ContainerApp/WebVttWriter.h"
 
 #include <algorithm>
@@ -22,6 +23,7 @@ constexpr std::array formats{
                      return std::make_unique<CsvWriter>(content.count, content.comments);
                  }},
     ExportFormat{"fcpxml", ".fcpxml", true, onTimeline<FcpxmlWriter>},
+    ExportFormat{"ffmetadata", ".ffmeta", true, onTimeline<FfmetadataWriter>},
     ExportFormat{"webvtt", ".vtt", true, onTimeline<WebVttWriter>},
 };
 
