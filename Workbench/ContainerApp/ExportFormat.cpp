@@ -3,6 +3,7 @@
 #include "Workbench/ContainerApp/CsvWriter.h"
 #include "Workbench/ContainerApp/FcpxmlWriter.h"
 #include "Workbench/ContainerApp/FfmetadataWriter.h"
+#include "Workbench/ContainerApp/KdenliveWriter.h"
 #include "Workbench/ContainerApp/ShotcutWriter.h"
 #include "Workbench/ContainerApp/WebVttWriter.h"
 
@@ -25,6 +26,7 @@ constexpr std::array formats{
                  }},
     ExportFormat{"fcpxml", ".fcpxml", true, onTimeline<FcpxmlWriter>},
     ExportFormat{"ffmetadata", ".ffmeta", true, onTimeline<FfmetadataWriter>},
+    ExportFormat{"kdenlive", ".json", true, onTimeline<KdenliveWriter>},
     ExportFormat{"shotcut", ".mlt", true, onTimeline<ShotcutWriter>},
     ExportFormat{"webvtt", ".vtt", true, onTimeline<WebVttWriter>},
 };
