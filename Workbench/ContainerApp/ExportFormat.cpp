@@ -1,6 +1,7 @@
 #include "Workbench/ContainerApp/ExportFormat.h"
 
 #include "Workbench/ContainerApp/CsvWriter.h"
+#include "Workbench/ContainerApp/EdlWriter.h"
 #include "Workbench/ContainerApp/FcpxmlWriter.h"
 #include "Workbench/ContainerApp/FfmetadataWriter.h"
 #include "Workbench/ContainerApp/KdenliveWriter.h"
@@ -24,6 +25,7 @@ constexpr std::array formats{
                  [](ExportContent const& content) -> std::unique_ptr<CommentWriter> {
                      return std::make_unique<CsvWriter>(content.count, content.comments);
                  }},
+    ExportFormat{"edl", ".edl", true, onTimeline<EdlWriter>},
     ExportFormat{"fcpxml", ".fcpxml", true, onTimeline<FcpxmlWriter>},
     ExportFormat{"ffmetadata", ".ffmeta", true, onTimeline<FfmetadataWriter>},
     ExportFormat{"kdenlive", ".json", true, onTimeline<KdenliveWriter>},
