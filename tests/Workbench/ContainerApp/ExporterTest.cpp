@@ -7,9 +7,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <csignal>
 #include <deque>
+#include <future>
 #include <mutex>
 #include <sys/resource.h>
 
@@ -61,6 +63,29 @@ public:
 
 private:
     rlimit before{};
+};
+
+// Stops in its middle until it has been cancelled.
+class PausedWriter : public CommentWriter {
+public:
+    PausedWriter(std::promise<void>& theBegun, std::shared_future<void> theCancelled,
+                 std::atomic<bool>& theHasGoneOn)
+        : begun{theBegun}
+        , cancelled{std::move(theCancelled)}
+        , hasGoneOn{theHasGoneOn} {}
+
+    void write(TextSink const& sink) const override {
+        sink("one");
+        begun.set_value();
+        cancelled.wait();
+        sink("two");
+        hasGoneOn = true;
+    }
+
+private:
+    std::promise<void>& begun;
+    std::shared_future<void> cancelled;
+    std::atomic<bool>& hasGoneOn;
 };
 
 std::vector<Comment> manyComments(int count) {
@@ -183,6 +208,21 @@ TEST_F(ExporterTest, LeavesNothingBehindWhenItIsCancelled) {
     ASSERT_TRUE(queue.runOne());
     EXPECT_EQ(ExportState::Cancelled, outcome->state);
     EXPECT_FALSE(exporter.isRunning());
+    EXPECT_EQ("", folder.names());
+}
+
+TEST_F(ExporterTest, EndsAWriterBetweenTwoPiecesWhenItIsCancelled) {
+    auto begun = std::promise<void>{};
+    auto cancelled = std::promise<void>{};
+    auto hasGoneOn = std::atomic<bool>{false};
+    auto writer = std::make_unique<PausedWriter>(begun, cancelled.get_future().share(), hasGoneOn);
+    exporter.start({OutputFile{folder.path(), "x.txt"}, std::move(writer), OnExists::Rename},
+                   [](ExportOutcome const& result) { EXPECT_EQ(ExportState::Cancelled, result.state); });
+    begun.get_future().wait();
+    exporter.cancel();
+    cancelled.set_value();
+    ASSERT_TRUE(queue.runOne());
+    EXPECT_FALSE(hasGoneOn);
     EXPECT_EQ("", folder.names());
 }
 
@@ -338,6 +378,31 @@ TEST_F(ExportDeskTest, SaysHowToComeToARate) {
               refusal(settings({{"format", "fcpxml"}})));
     EXPECT_EQ("", folder.names());
     EXPECT_EQ("comments.fcpxml", exportedName(settings({{"format", "fcpxml"}, {"frameRate", 23.98}})));
+}
+
+TEST_F(ExportDeskTest, ExportsInEveryFormat) {
+    add({{"id", "a"}, {"seconds", 1}, {"text", "Logo"}});
+    for (auto const* format : {"csv", "edl", "fcpxml", "ffmetadata", "kdenlive", "shotcut", "webvtt"}) {
+        auto const text = exported(settings({{"format", format}, {"frameRate", 25}}));
+        EXPECT_NE(std::string::npos, text.find("Logo")) << text;
+        EXPECT_NE(std::string::npos, exportFormatNames().find('"' + std::string{format} + '"'));
+    }
+    EXPECT_EQ(
+        "comments.csv comments.edl comments.fcpxml comments.ffmeta comments.json comments.mlt comments.vtt",
+        folder.names());
+}
+
+TEST_F(ExportDeskTest, LeavesNothingOfAContentThatTheFormatCannotHold) {
+    auto list = Json::array();
+    for (auto number = 0; number < 1000; ++number)
+        list.push_back({{"id", std::to_string(number)}, {"seconds", number}});
+    ASSERT_TRUE(store.comments.syncAll(readComments(list).value()));
+    EXPECT_EQ(
+        "an edit decision list holds at most 999 comments, and there are 1000: export only the open ones, or "
+        "in another format",
+        refusal(settings({{"format", "edl"}, {"frameRate", 25}})));
+    EXPECT_EQ("", folder.names());
+    EXPECT_TRUE(store.exports.newest(1).empty());
 }
 
 TEST_F(ExportDeskTest, ExportsInTheEditorsExactRate) {
