@@ -1,4 +1,5 @@
 #include "Workbench/ContainerApp/ContainerFixture.h"
+#include "Workbench/ContainerApp/ExportFormat.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -37,6 +38,18 @@ protected:
 };
 
 } // namespace
+
+TEST(Document, NamesEveryFormatOfAnExport) {
+    auto const document = contentsOf(CONTAINER_DOCUMENT);
+    auto names = std::istringstream{exportFormatNames()};
+    for (auto word = std::string{}; names >> word;) {
+        if (word.front() != '"')
+            continue;
+        auto const name = word.substr(1, word.rfind('"') - 1);
+        auto const row = "| `\"" + name + "\"` | `" + std::string{findExportFormat(name)->extension} + "` |";
+        EXPECT_NE(std::string::npos, document.find(row)) << row;
+    }
+}
 
 TEST_F(DocumentTest, TellsHowToSendACommentAndToAskForMarkers) {
     sendDocumentedComment();
