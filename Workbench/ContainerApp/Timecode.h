@@ -32,7 +32,7 @@ struct FrameCount {
 [[nodiscard]] std::string timecode(std::int64_t frame, FrameCount const& count);
 
 // The first millisecond that lies in frame `frame`, which is not negative, as a clock shows it:
-// "HH:MM:SS.mmm". The rate's parts are below 10^9.
+// "HH:MM:SS.mmm". `frame` times the rate's denominator times a thousand stays below 2^63.
 [[nodiscard]] std::string clockTime(std::int64_t frame, FrameRate rate);
 
 // The frame number that a label stands for, counted from zero hours. None for text that is no label at this

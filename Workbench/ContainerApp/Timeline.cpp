@@ -19,15 +19,16 @@ namespace {
 constexpr char const* noText = "(no text)";
 constexpr char const* noTitle = "Comments";
 
-// With a rate's parts below the second number, products of both stay below 2^63.
+// With a rate within these bounds, the milliseconds of every frame stay below 2^63.
 constexpr std::int64_t lastFrame = (std::int64_t{1} << 31) - 3;
-constexpr std::int64_t largestPart = 1'000'000'000;
+constexpr std::int64_t largestNumerator = 1'000'000'000;
+constexpr std::int64_t largestDenominator = 1'000'000;
 
 FrameCount withinBounds(FrameCount count) {
     auto& rate = count.rate;
     auto const common = std::gcd(rate.numerator, rate.denominator);
     rate = {rate.numerator / common, rate.denominator / common};
-    if (rate.numerator > largestPart || rate.denominator > largestPart)
+    if (rate.numerator > largestNumerator || rate.denominator > largestDenominator)
         throw OutputError("a rate of " + std::to_string(rate.numerator) + "/" +
                           std::to_string(rate.denominator) +
                           " frames in a second cannot be exported: open the sequence in the editor again");

@@ -115,6 +115,14 @@ TEST(Timeline, StaysBelowWhatOtherProgramsCount) {
     EXPECT_EQ(lastOfAll, timelineOf(content).count.firstFrame);
 }
 
+TEST(Timeline, CanTellTheTimeOfItsLastFrameAtItsSlowestRate) {
+    auto content = contentAt({}, {{1, 1'000'000}, 0, false});
+    content.durationFrames = std::numeric_limits<std::int64_t>::max();
+    auto const timeline = timelineOf(content);
+    EXPECT_EQ("596523234444:26:40.000", clockTime(lastOfAll - 1, timeline.count.rate));
+    EXPECT_THROW(std::ignore = timelineOf(contentAt({}, {{1, 1'000'001}, 0, false})), OutputError);
+}
+
 TEST(Timeline, RefusesARateThatCannotBeCountedWith) {
     try {
         std::ignore = timelineOf(contentAt({}, {{std::numeric_limits<std::int64_t>::max(), 2}, 0, false}));
