@@ -4,6 +4,7 @@
 
 #include <mlt++/Mlt.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <utility>
@@ -11,6 +12,8 @@
 namespace workbench {
 
 namespace {
+
+constexpr std::chrono::seconds RestPatience{2}; // also where the engine never got going
 
 void configure(Mlt::Consumer& consumer) {
     consumer.set("real_time", 1);
@@ -60,9 +63,26 @@ Playback::Playback(Sequence& ofSequence, Deliver deliverTo)
 }
 
 Playback::~Playback() {
+    if (hasRun)
+        comeToRest();
     showing.reset();
     if (consumer->is_valid())
         consumer->stop();
+}
+
+// The engine lets go of a running frame twice when it is stopped between queueing it and looking for the next
+// one, and then reads freed memory. Of frames without speed none is queued.
+void Playback::comeToRest() {
+    sequence.producer().set_speed(0);
+    consumer->purge();
+    {
+        // What was on its way before the purge does not count.
+        std::lock_guard const lock{resting};
+        rests = false;
+    }
+    consumer->set("refresh", 1); // unlocked: the engine hands frames over under the lock that this takes
+    std::unique_lock lock{resting};
+    rested.wait_for(lock, RestPatience, [this] { return rests; });
 }
 
 bool Playback::start() {
@@ -82,6 +102,7 @@ void Playback::seek(std::int64_t frame) {
 }
 
 void Playback::setSpeed(double speed) {
+    hasRun = hasRun || speed != 0;
     sequence.producer().set_speed(speed);
     consumer->set("refresh", 1);
 }
@@ -97,8 +118,14 @@ void Playback::setPictureLimits(PixelSize size, int height) {
 }
 
 void Playback::handOver(Mlt::Frame& frame) {
-    if (frame.is_valid())
-        deliver({frame.get_position(), sequence.facts().hasPicture ? pictureOf(frame) : Picture{}});
+    if (!frame.is_valid())
+        return;
+    deliver({frame.get_position(), sequence.facts().hasPicture ? pictureOf(frame) : Picture{}});
+    if (frame.get_double("_speed") != 0)
+        return;
+    std::lock_guard const lock{resting};
+    rests = true;
+    rested.notify_all();
 }
 
 Picture Playback::pictureOf(Mlt::Frame& frame) {

@@ -4,6 +4,7 @@
 #include "Workbench/HostEditor/Picture.h"
 #include "Workbench/HostEditor/PictureConverter.h"
 
+#include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -28,7 +29,7 @@ public:
 
     // The sequence outlives the playback.
     Playback(Sequence& ofSequence, Deliver deliverTo);
-    ~Playback(); // nothing is delivered afterwards
+    ~Playback(); // waits until the engine rests; nothing is delivered afterwards
     Playback(Playback const&) = delete;
     Playback& operator=(Playback const&) = delete;
 
@@ -45,6 +46,7 @@ public:
     void setPictureLimits(PixelSize size, int height);
 
 private:
+    void comeToRest();
     void handOver(Mlt::Frame& frame); // on the engine's threads
     [[nodiscard]] Picture pictureOf(Mlt::Frame& frame);
 
@@ -54,6 +56,10 @@ private:
     PictureConverter converter;
     PixelSize area{960, 540};
     int heightLimit = 540;
+    bool hasRun = false;
+    std::mutex resting; // guards the next one
+    bool rests = false; // a frame without speed has been put out
+    std::condition_variable rested;
     std::unique_ptr<Mlt::Consumer> consumer;
     std::unique_ptr<Mlt::Event> showing;
 };
