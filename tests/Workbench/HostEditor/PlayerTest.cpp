@@ -11,6 +11,7 @@
 #include <mlt++/Mlt.h>
 
 #include <array>
+#include <atomic>
 #include <type_traits>
 
 namespace workbench {
@@ -231,6 +232,21 @@ TEST_P(PlayerOnFilm, KeepsThePlaceOfEachSequence) {
     EXPECT_EQ(seen.back().number, 33);
     EXPECT_EQ(other->position(), 7);
     player.close();
+}
+
+// An engine that is stopped while it runs reads freed memory, once in many times.
+TEST_P(PlayerOnFilm, BringsTheEngineToRestBeforeItIsStopped) {
+    player.close();
+    std::atomic<int> shown = 0;
+    {
+        Playback playback{*sequence, [&](ShownFrame const&) { ++shown; }};
+        ASSERT_TRUE(playback.start());
+        playback.setSpeed(1);
+        ASSERT_TRUE(waitUntil([&] { return shown >= 3; }));
+        shown = 0;
+    }
+    EXPECT_GT(shown, 0);
+    EXPECT_EQ(sequence->producer().get_speed(), 0);
 }
 
 TEST_P(PlayerOnFilm, SurvivesBeingClosedWhileItPlays) {
