@@ -1,11 +1,16 @@
 import { defineConfig } from "vitest/config";
 
-export default defineConfig({
+// Two builds: what the entries have in common would become a third module, which each would have to import.
+const entries = { index: "src/index.ts", "testing/index": "src/testing/index.ts" };
+const recording = { "recording/index": "src/recording/index.ts" };
+
+export default defineConfig(({ mode }) => ({
     build: {
+        emptyOutDir: mode !== "recording",
         target: "es2022",
         minify: true,
         lib: {
-            entry: { index: "src/index.ts", "testing/index": "src/testing/index.ts" },
+            entry: mode === "recording" ? recording : entries,
             formats: ["es"],
         },
     },
@@ -16,4 +21,4 @@ export default defineConfig({
         include: ["tests/**/*.test.ts"],
         typecheck: { enabled: true, include: ["tests/**/*.test-d.ts"], tsconfig: "tsconfig.json" },
     },
-});
+}));

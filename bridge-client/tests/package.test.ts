@@ -26,7 +26,7 @@ beforeAll(() => {
 
 afterAll(() => rmSync(project, { recursive: true, force: true }));
 
-test("The package holds two modules, their types, and what npm wants", () => {
+test("The package holds three modules, their types, and what npm wants", () => {
     const files = run("tar", "-tzf", "bridge-client-1.0.0.tgz").trim().split("\n");
     expect(files.map((file) => file.replace("package/", "")).sort()).toEqual([
         "README.md",
@@ -36,6 +36,11 @@ test("The package holds two modules, their types, and what npm wants", () => {
         "dist/errors.d.ts",
         "dist/index.d.ts",
         "dist/index.js",
+        "dist/recording/index.d.ts",
+        "dist/recording/index.js",
+        "dist/recording/line.d.ts",
+        "dist/recording/record.d.ts",
+        "dist/recording/replay.d.ts",
         "dist/testing/container-link.d.ts",
         "dist/testing/index.d.ts",
         "dist/testing/index.js",
@@ -52,7 +57,7 @@ test("The package holds two modules, their types, and what npm wants", () => {
 test("The package needs no other at run time, and its modules import nothing", () => {
     const { dependencies, peerDependencies } = JSON.parse(readFileSync(inPackage("package.json"), "utf8"));
     expect({ dependencies, peerDependencies }).toEqual({});
-    for (const module of ["dist/index.js", "dist/testing/index.js"])
+    for (const module of ["dist/index.js", "dist/testing/index.js", "dist/recording/index.js"])
         expect(readFileSync(inPackage(module), "utf8")).not.toMatch(/\b(?:import|require)\b/);
 });
 
@@ -82,7 +87,7 @@ test("What the README shows compiles, under either way of finding modules", () =
     const shown = [...readFileSync(inPackage("README.md"), "utf8").matchAll(/```ts\n(.*?)```/gs)].map(
         ([, code]) => code!,
     );
-    expect(shown).toHaveLength(3);
+    expect(shown).toHaveLength(4);
     const files = shown.map((code, index) => {
         writeFileSync(join(project, `shown-${index}.ts`), code);
         return `shown-${index}.ts`;

@@ -1,0 +1,54 @@
+// A recording is JSON Lines in the order in which things happened. Its host lines are the editor's, and whatever else a
+// recorder adds is left alone by a replay.
+
+/** What the page posted, as it posted it. */
+export interface PageLine {
+    /** Milliseconds since the recording began. */
+    at: number;
+    by: "page";
+    message: Record<string, unknown>;
+}
+
+/** What the panel told the page, as it arrived: with one character for each byte of UTF-8. */
+export interface PanelLine {
+    at: number;
+    by: "panel";
+    event: string;
+    detail: unknown;
+}
+
+/** What the user, or playing, did to the editor's playhead. */
+export interface HostLine {
+    at: number;
+    by: "host";
+    frame: number;
+}
+
+export type RecordedLine = PageLine | PanelLine | HostLine;
+
+const kinds: Record<string, string> = { page: "message", panel: "event", host: "frame" };
+
+/** The lines of a recording that a replay knows, each with its number in the text. Throws for text that is none. */
+export function readRecording(text: string): { number: number; line: RecordedLine }[] {
+    return text.split("\n").flatMap((json, index) => {
+        if (json.trim() === "")
+            return [];
+        const number = index + 1;
+        const line = parse(json, number);
+        const key = kinds[line.by];
+        return key !== undefined && Object.hasOwn(line, key) ? [{ number, line }] : [];
+    });
+}
+
+function parse(json: string, number: number): RecordedLine {
+    let line: unknown;
+    let cause: unknown;
+    try {
+        line = JSON.parse(json);
+    } catch (error) {
+        cause = error;
+    }
+    if (typeof line !== "object" || line === null || typeof (line as RecordedLine).by !== "string")
+        throw new SyntaxError(`line ${number} of the recording is no JSON object with "by"`, { cause });
+    return line as RecordedLine;
+}
