@@ -1,5 +1,7 @@
 #include "Workbench/HostEditor/EditorService.h"
 
+#include "Workbench/HostEditor/Timecode.h"
+
 #include <gio/gio.h>
 
 #include <tuple>
@@ -77,7 +79,7 @@ Glib::Variant<EditorService::Dictionary> EditorService::property() const {
                    {"frameDuration", variant(frame)},
                    {"durationFrames", variant(gint64{active->length})},
                    {"start", variant(gint64{0})},
-                   {"dropFrame", variant(false)}};
+                   {"dropFrame", variant(leavesOutLabels(active->rate))}};
     }
     return Glib::Variant<Dictionary>::create(members);
 }

@@ -77,6 +77,8 @@ void EditorWindow::listenToControls() {
     transport.signalStep().connect([this](std::int64_t frames) { editor.step(frames); });
     transport.signalFirst().connect([this] { editor.seek(0); });
     transport.signalLast().connect([this] { editor.seekToEnd(); });
+    transport.timecodeField().signalEntered().connect([this](std::int64_t frame) { editor.seek(frame); });
+    transport.timecodeField().signalLeft().connect([this] { timeline.grab_focus(); });
     timeline.signalSeek().connect([this](std::int64_t frame) { editor.seek(frame); });
     sequences.signalChosen().connect([this](std::size_t index) {
         editor.activate(index);
@@ -95,10 +97,10 @@ void EditorWindow::listenToKeys() {
     add_controller(keys);
 }
 
-// What the panel and an open list are typed into stays theirs.
+// What the panel, an open list and a text field are typed into stays theirs.
 bool EditorWindow::keysAreOurs() {
     auto const* const focus = get_focus();
-    return !focus || focus->is_ancestor(stage);
+    return !focus || (focus->is_ancestor(stage) && !GTK_IS_EDITABLE(focus->gobj()));
 }
 
 bool EditorWindow::pressKey(guint key, Gdk::ModifierType modifiers) {
@@ -123,9 +125,21 @@ bool EditorWindow::pressKey(guint key, Gdk::ModifierType modifiers) {
     case GDK_KEY_End:
         editor.seekToEnd();
         return true;
+    case GDK_KEY_t:
+    case GDK_KEY_T:
+        transport.timecodeField().begin();
+        return true;
     default:
-        return false;
+        return typeTimecode(key);
     }
+}
+
+bool EditorWindow::typeTimecode(guint key) {
+    auto const character = gdk_keyval_to_unicode(key);
+    if (character < '0' || character > '9')
+        return false;
+    transport.timecodeField().beginWith(std::string(1, static_cast<char>(character)));
+    return true;
 }
 
 std::int64_t EditorWindow::framesInSecond() const {

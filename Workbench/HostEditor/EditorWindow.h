@@ -37,6 +37,7 @@ private:
     void listenToControls();
     void listenToKeys();
     bool pressKey(guint key, Gdk::ModifierType modifiers);
+    bool typeTimecode(guint key);
     [[nodiscard]] bool keysAreOurs();
     [[nodiscard]] std::int64_t framesInSecond() const;
     void showActive();

@@ -104,7 +104,7 @@ file, or a project (.mlt, .kdenlive); each one adds a sequence or more.
   --version          show the version and leave
 
 Keys: space plays and pauses, left and right step one frame, home and end go to the
-first and the last frame.
+first and the last frame, t or a digit takes a timecode.
 
 Exit status: 0 when the window was closed, 1 when it could not be opened, 2 when the
 command line was not understood.

@@ -33,6 +33,14 @@ window.workbench paned > separator {
 .workbench-transport box { border-spacing: 12px; }
 .workbench-transport .workbench-buttons { border-spacing: 2px; }
 .workbench-timecode { font-family: monospace; font-size: 17px; color: #f0eee4; }
+.workbench-transport button.workbench-entry-button { min-width: 0; min-height: 28px; padding: 0 6px; margin-left: -6px; }
+.workbench-transport entry {
+    color: #f0eee4; background: #0d0d0c; border: none; outline: 1px solid #7d94b3; box-shadow: none; border-radius: 6px;
+    min-height: 28px; padding: 0 6px; margin-left: -6px;
+}
+.workbench-transport entry selection { background: #3d4650; color: #f0eee4; }
+.workbench-transport popover > contents { background: #3d2c25; color: #e6c9bb; border: 1px solid #5a4338; border-radius: 6px; padding: 6px 10px; font-size: 13px; }
+.workbench-transport popover > arrow { background: #3d2c25; border: 1px solid #5a4338; }
 .workbench-transport button {
     color: #d9d6cb; background: none; border: none; box-shadow: none; min-width: 34px; min-height: 30px; padding: 0;
     border-radius: 6px;

@@ -7,20 +7,8 @@
 
 namespace workbench {
 
-namespace {
-
-// A label takes each new text for its name, too; this one keeps the name by which it is found.
-void setText(Gtk::Label& label, std::string const& text, char const* name) {
-    label.set_text(text);
-    setAccessibleName(label, name);
-}
-
-} // namespace
-
 TransportBar::TransportBar() {
     add_css_class("workbench-transport");
-    position.add_css_class("workbench-timecode");
-    position.set_xalign(0);
     frameNumber.add_css_class("workbench-quiet");
     frameNumber.set_xalign(0);
     frameNumber.set_valign(Gtk::Align::BASELINE);
@@ -73,12 +61,15 @@ void TransportBar::showSequence(SequenceFacts const* sequence) {
     length.set_text(sequence ? timecode(sequence->length, rate) + "   " + rateText(rate) : std::string{});
     auto const digits = sequence ? std::to_string(sequence->length).size() : std::size_t{1};
     frameNumber.set_width_chars(static_cast<int>(digits) + 6);
+    position.showSequence(rate, sequence ? sequence->length : 0);
     showFrame(0);
 }
 
 void TransportBar::showFrame(std::int64_t frame) {
-    setText(position, timecode(frame, rate), "Timecode");
-    setText(frameNumber, "frame " + std::to_string(frame), "Frame");
+    position.showFrame(frame);
+    frameNumber.set_text("frame " + std::to_string(frame));
+    // A label takes each new text for its name, too; this one keeps the name by which it is found.
+    setAccessibleName(frameNumber, "Frame");
 }
 
 void TransportBar::showPlaying(bool isPlaying) {

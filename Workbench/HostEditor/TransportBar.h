@@ -2,6 +2,7 @@
 
 #include "Workbench/HostEditor/Glyph.h"
 #include "Workbench/HostEditor/SequenceFacts.h"
+#include "Workbench/HostEditor/TimecodeField.h"
 
 #include <gtkmm/box.h>
 #include <gtkmm/centerbox.h>
@@ -22,6 +23,8 @@ public:
     void showFrame(std::int64_t frame);
     void showPlaying(bool isPlaying);
 
+    [[nodiscard]] TimecodeField& timecodeField() { return position; }
+
     // What the buttons ask for.
     sigc::signal<void()>& signalToggle() { return toggle; }
 
@@ -35,7 +38,7 @@ private:
     void addButton(Glyph::Sign sign, char const* name, char const* hint, sigc::slot<void()> const& pressed);
     void addPlayButton();
 
-    Gtk::Label position;
+    TimecodeField position;
     Gtk::Label frameNumber;
     Gtk::Box place{Gtk::Orientation::HORIZONTAL};
     Gtk::Box buttons{Gtk::Orientation::HORIZONTAL};

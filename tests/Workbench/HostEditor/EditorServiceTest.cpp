@@ -47,9 +47,19 @@ TEST_F(Service, TellsThatThereIsNoSequence) {
 TEST_F(Service, TellsTheActiveSequenceWithItsExactRate) {
     service.setActiveSequence(film());
     ASSERT_TRUE(waitForName());
-    EXPECT_EQ(read(), "(<{'dropFrame': <false>, 'durationFrames': <int64 300>, "
+    EXPECT_EQ(read(), "(<{'dropFrame': <true>, 'durationFrames': <int64 300>, "
                       "'frameDuration': <(int64 1001, int64 30000)>, 'key': <'file:///a.mp4#{7}'>, "
                       "'name': <'Schöner Film'>, 'start': <int64 0>, 'uri': <'file:///a.mp4'>}>,)");
+}
+
+TEST_F(Service, TellsWhereNoLabelIsLeftOut) {
+    auto sequence = film();
+    for (auto const rate : {FrameRate{24000, 1001}, FrameRate{25, 1}, FrameRate{30, 1}}) {
+        sequence.rate = rate;
+        service.setActiveSequence(sequence);
+        ASSERT_TRUE(waitForName());
+        EXPECT_NE(read().find("'dropFrame': <false>"), std::string::npos) << rate.numerator;
+    }
 }
 
 TEST_F(Service, TellsOfChanges) {
@@ -63,7 +73,7 @@ TEST_F(Service, TellsOfChanges) {
     read();
     service.setActiveSequence(film());
     ASSERT_TRUE(waitUntil([&] { return !heard.empty(); }));
-    EXPECT_EQ(heard.rfind("('com.zelvix.fcp.Editor1', {'ActiveSequence': <{'dropFrame': <false>, ", 0), 0U)
+    EXPECT_EQ(heard.rfind("('com.zelvix.fcp.Editor1', {'ActiveSequence': <{'dropFrame': <true>, ", 0), 0U)
         << heard;
     heard.clear();
     service.setActiveSequence({});

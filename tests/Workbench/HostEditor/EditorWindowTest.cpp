@@ -13,6 +13,7 @@
 #include <gtkmm.h>
 #include <gtkmm/init.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
@@ -126,6 +127,8 @@ protected:
         clickAt(left, top);
     }
 
+    bool isTyping() { return find("Go to timecode").get_mapped(); }
+
     bool waitFor(std::int64_t frame) {
         return waitUntil([this, frame] { return editor.position() == frame; });
     }
@@ -205,13 +208,59 @@ TEST_F(Window, ShowsTimecodeAndFrame) {
     showFilm();
     editor.seek(100);
     ASSERT_TRUE(waitFor(100));
-    EXPECT_EQ(dynamic_cast<Gtk::Label&>(find("Timecode")).get_text(), "00:00:03:10");
+    EXPECT_EQ(dynamic_cast<Gtk::Label&>(find("Timecode")).get_text(), "00:00:03;10");
     EXPECT_EQ(dynamic_cast<Gtk::Label&>(find("Frame")).get_text(), "frame 100");
     std::unique_ptr<char, decltype(&g_free)> const mismatch{
         gtk_test_accessible_check_property(GTK_ACCESSIBLE(find("Timeline").gobj()),
-                                           GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT, "00:00:03:10", nullptr),
+                                           GTK_ACCESSIBLE_PROPERTY_VALUE_TEXT, "00:00:03;10", nullptr),
         &g_free};
     EXPECT_EQ(mismatch.get(), nullptr);
+}
+
+TEST_F(Window, GoesToATypedTimecode) {
+    showFilm();
+    click("Enter a timecode");
+    ASSERT_TRUE(waitUntil([this] { return isTyping(); }));
+    press("2 semicolon 0 5 Return");
+    ASSERT_TRUE(waitFor(65));
+    EXPECT_FALSE(isTyping());
+    press("1 0 0 Return");
+    ASSERT_TRUE(waitFor(30));
+    press("t minus 1 Return");
+    ASSERT_TRUE(waitFor(29));
+    press("Right");
+    ASSERT_TRUE(waitFor(30));
+}
+
+TEST_F(Window, SaysWhatIsWrongWithATimecodeAndMovesNothing) {
+    showFilm();
+    std::vector<std::int64_t> wanted;
+    auto const watching = editor.signalTargetChanged().connect([&] { wanted.push_back(editor.target()); });
+    press("9 9 9 Return");
+    auto const says = [this](std::string const& text) {
+        return waitUntil([&] {
+            auto const all = texts(find("Go to timecode"));
+            return std::ranges::find(all, text) != all.end();
+        });
+    };
+    EXPECT_TRUE(says("99 frames: there are 0 to 29"));
+    press("9 0 0 Return");
+    EXPECT_TRUE(says("the last frame is 00:00:03;29"));
+    EXPECT_TRUE(isTyping());
+    press("Escape");
+    ASSERT_TRUE(waitUntil([this] { return !isTyping(); }));
+    EXPECT_TRUE(wanted.empty());
+    press("Right");
+    ASSERT_TRUE(waitFor(1));
+}
+
+TEST_F(Window, LeavesATimecodeThatIsNotFinished) {
+    showFilm();
+    press("5");
+    ASSERT_TRUE(waitUntil([this] { return isTyping(); }));
+    clickTimeline(17, 120);
+    ASSERT_TRUE(waitFor(17));
+    EXPECT_FALSE(isTyping());
 }
 
 TEST_F(Window, MovesNothingWhileTheNumbersRun) {
