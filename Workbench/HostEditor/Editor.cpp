@@ -96,6 +96,14 @@ void Editor::togglePlaying() {
         player.play();
 }
 
+void Editor::shuttle(Direction direction) {
+    player.play(nextShuttleSpeed(player.speed(), direction));
+}
+
+void Editor::pause() {
+    player.pause();
+}
+
 void Editor::seek(std::int64_t frame) {
     player.seek(frame);
 }

@@ -2,6 +2,7 @@
 
 #include "Workbench/HostEditor/Player.h"
 #include "Workbench/HostEditor/Sequence.h"
+#include "Workbench/HostEditor/Shuttle.h"
 
 #include <sigc++/sigc++.h>
 
@@ -41,6 +42,8 @@ public:
     void deactivate();
 
     void togglePlaying();
+    void shuttle(Direction direction); // faster with each call
+    void pause();
     void seek(std::int64_t frame); // clamped
     void step(std::int64_t frames);
     void seekToEnd();
@@ -48,6 +51,9 @@ public:
     void setPictureArea(PixelSize area) { player.setArea(area); }
 
     [[nodiscard]] bool isPlaying() const { return player.isPlaying(); }
+
+    // 0 while it is paused, below 0 backwards.
+    [[nodiscard]] double speed() const { return player.speed(); }
 
     // The frame on the screen, and the one that is going to be there.
     [[nodiscard]] std::int64_t position() const { return player.position(); }
@@ -61,6 +67,7 @@ public:
 
     sigc::signal<void()>& signalTargetChanged() { return player.signalTargetChanged(); }
 
+    // It plays, pauses, or goes at another speed.
     sigc::signal<void()>& signalPlayingChanged() { return player.signalPlayingChanged(); }
 
     // Every picture, also a better one of the same position.

@@ -67,7 +67,7 @@ void EditorWindow::followEditor() {
     editor.signalPositionChanged().connect(sigc::mem_fun(*this, &EditorWindow::showTarget));
     editor.signalTargetChanged().connect(sigc::mem_fun(*this, &EditorWindow::showTarget));
     editor.signalPlayingChanged().connect(
-        sigc::track_object([this] { transport.showPlaying(editor.isPlaying()); }, *this));
+        sigc::track_object([this] { transport.showSpeed(editor.speed()); }, *this));
     editor.signalPicture().connect(sigc::mem_fun(picture, &PictureView::show));
 }
 
@@ -75,6 +75,8 @@ void EditorWindow::listenToControls() {
     picture.signalArea().connect([this](PixelSize area) { editor.setPictureArea(area); });
     transport.signalToggle().connect([this] { editor.togglePlaying(); });
     transport.signalStep().connect([this](std::int64_t frames) { editor.step(frames); });
+    transport.signalPin().connect(
+        [this](Direction direction) { timeline.seekPin(direction, editor.target()); });
     transport.signalFirst().connect([this] { editor.seek(0); });
     transport.signalLast().connect([this] { editor.seekToEnd(); });
     transport.timecodeField().signalEntered().connect([this](std::int64_t frame) { editor.seek(frame); });
@@ -94,7 +96,13 @@ void EditorWindow::listenToKeys() {
             return keysAreOurs() && pressKey(key, modifiers);
         },
         false);
+    keys->signal_key_released().connect([this](guint key, guint, Gdk::ModifierType) {
+        if (gdk_keyval_to_lower(key) == GDK_KEY_k)
+            isHolding = false;
+    });
     add_controller(keys);
+    // A key that is let go elsewhere is not heard of.
+    property_is_active().signal_changed().connect([this] { isHolding = false; });
 }
 
 // What the panel, an open list and a text field are typed into stays theirs.
@@ -125,13 +133,36 @@ bool EditorWindow::pressKey(guint key, Gdk::ModifierType modifiers) {
     case GDK_KEY_End:
         editor.seekToEnd();
         return true;
+    case GDK_KEY_Up:
+        timeline.seekPin(Direction::Back, editor.target());
+        return true;
+    case GDK_KEY_Down:
+        timeline.seekPin(Direction::On, editor.target());
+        return true;
     case GDK_KEY_t:
     case GDK_KEY_T:
         transport.timecodeField().begin();
         return true;
     default:
-        return typeTimecode(key);
+        return pressShuttleKey(key) || typeTimecode(key);
     }
+}
+
+bool EditorWindow::pressShuttleKey(guint key) {
+    auto const lower = gdk_keyval_to_lower(key);
+    if (lower == GDK_KEY_k) {
+        isHolding = true;
+        editor.pause();
+        return true;
+    }
+    if (lower != GDK_KEY_j && lower != GDK_KEY_l)
+        return false;
+    auto const isOn = lower == GDK_KEY_l;
+    if (isHolding)
+        editor.step(isOn ? 1 : -1);
+    else
+        editor.shuttle(isOn ? Direction::On : Direction::Back);
+    return true;
 }
 
 bool EditorWindow::typeTimecode(guint key) {
@@ -140,6 +171,11 @@ bool EditorWindow::typeTimecode(guint key) {
         return false;
     transport.timecodeField().beginWith(std::string(1, static_cast<char>(character)));
     return true;
+}
+
+void EditorWindow::showPins(std::vector<Pin> pins, bool areLive) {
+    transport.showComments(!pins.empty());
+    timeline.showPins(std::move(pins), areLive);
 }
 
 std::int64_t EditorWindow::framesInSecond() const {

@@ -27,7 +27,7 @@ public:
 
     void addNotice(std::string const& line) { notices.add(line); }
 
-    void showPins(std::vector<Pin> pins, bool areLive) { timeline.showPins(std::move(pins), areLive); }
+    void showPins(std::vector<Pin> pins, bool areLive);
 
     [[nodiscard]] PanelPane& panel() { return panelPane; }
 
@@ -37,6 +37,7 @@ private:
     void listenToControls();
     void listenToKeys();
     bool pressKey(guint key, Gdk::ModifierType modifiers);
+    bool pressShuttleKey(guint key);
     bool typeTimecode(guint key);
     [[nodiscard]] bool keysAreOurs();
     [[nodiscard]] std::int64_t framesInSecond() const;
@@ -44,6 +45,7 @@ private:
     void showTarget();
 
     Editor& editor;
+    bool isHolding = false; // the key K: J and L then step
     Gtk::HeaderBar head;
     SequenceChoice sequences;
     Gtk::Paned split{Gtk::Orientation::HORIZONTAL};

@@ -2,6 +2,7 @@
 
 #include <gtkmm/stylecontext.h>
 
+#include <numbers>
 #include <utility>
 
 namespace workbench {
@@ -33,6 +34,12 @@ void chevron(Context const& context, double back, double tip) {
     context->stroke();
 }
 
+void dot(Context const& context, double middle) {
+    constexpr double radius = 3;
+    context->arc(middle, 8, radius, 0, 2 * std::numbers::pi);
+    context->fill();
+}
+
 void drawSign(Context const& context, Glyph::Sign sign) {
     switch (sign) {
     case Glyph::Sign::Play:
@@ -55,6 +62,14 @@ void drawSign(Context const& context, Glyph::Sign sign) {
     case Glyph::Sign::Last:
         triangle(context, 3, 10);
         bar(context, 11, 2);
+        break;
+    case Glyph::Sign::PreviousPin:
+        chevron(context, 6.5, 2);
+        dot(context, 11.5);
+        break;
+    case Glyph::Sign::NextPin:
+        dot(context, 4.5);
+        chevron(context, 9.5, 14);
         break;
     }
 }

@@ -54,39 +54,49 @@ void Player::close() {
         std::lock_guard const lock{exchange};
         newest.reset();
     }
-    setPlaying(false);
+    setPace(0);
 }
 
-void Player::play() {
-    if (!playback || playing)
+void Player::play(double speed) {
+    auto const nowhereToGo = speed < 0 && target() == 0;
+    if (!playback || speed == pace || nowhereToGo)
         return;
-    auto const from = target() >= last() ? 0 : target();
-    setPlaying(true);
+    auto const from = speed > 0 && target() >= last() ? 0 : target();
+    auto const isTurning = isPlaying();
+    // What the engine has read ahead was meant for the other speed.
+    if (isTurning)
+        playback->setSpeed(0);
+    setPace(speed);
     next.reset();
+    start = from;
     // The jump comes first: at the end the engine takes its speed back at once.
-    if (from != displayed || underWay)
+    if (from != displayed || underWay || isTurning)
         send(from);
-    playback->setSpeed(1);
+    playback->setSpeed(speed);
     lastSign = g_get_monotonic_time();
     ensureWatching();
 }
 
 void Player::pause() {
-    if (playing)
+    if (isPlaying())
         pauseAt(target());
 }
 
 void Player::pauseAt(std::int64_t frame) {
-    if (!playing) {
+    if (!isPlaying()) {
         seek(frame);
         return;
     }
-    setPlaying(false);
+    stopAt(std::clamp<std::int64_t>(frame, 0, last()));
+    targetChanged.emit();
+}
+
+void Player::stopAt(std::int64_t frame) {
+    setPace(0);
     playback->setSpeed(0);
     // The engine has read ahead of the screen: without going back the picture would run on.
     next.reset();
-    send(std::clamp<std::int64_t>(frame, 0, last()));
-    targetChanged.emit();
+    send(frame);
 }
 
 void Player::seek(std::int64_t frame) {
@@ -95,7 +105,7 @@ void Player::seek(std::int64_t frame) {
     auto const wanted = std::clamp<std::int64_t>(frame, 0, last());
     if (underWay)
         next = wanted;
-    else if (playing || wanted != displayed)
+    else if (isPlaying() || wanted != displayed)
         send(wanted);
     targetChanged.emit();
 }
@@ -111,7 +121,7 @@ void Player::setArea(PixelSize size) {
     if (!playback)
         return;
     applyLimits();
-    if (!playing && !underWay)
+    if (!isPlaying() && !underWay)
         send(displayed);
 }
 
@@ -137,19 +147,21 @@ void Player::take() {
     displayed = frame->frame;
     if (auto const further = std::exchange(next, std::nullopt))
         send(*further);
+    else if (pace < 0 && displayed == 0)
+        stopAt(0); // the engine would stay there at full speed
     shown.emit(*frame);
 }
 
-// Frames that were on their way when a jump was asked for still come out after it.
+// Frames that were on their way when a jump was asked for still come out after it, and when play turned, too.
 bool Player::isExpected(std::int64_t frame) const {
-    auto const wanted = underWay.value_or(displayed);
-    if (!playing)
-        return frame == wanted;
-    return !underWay || (frame >= wanted && frame <= wanted + SkippedAtMost);
+    if (!isPlaying())
+        return frame == underWay.value_or(displayed);
+    auto const ahead = static_cast<double>(frame - start) / pace; // in pictures, in the direction of play
+    return ahead >= 0 && (!underWay || ahead <= SkippedAtMost);
 }
 
 void Player::send(std::int64_t frame) {
-    underWay = frame;
+    underWay = start = frame;
     lastSign = g_get_monotonic_time();
     ensureWatching();
     playback->seek(frame);
@@ -161,7 +173,7 @@ void Player::ensureWatching() {
 }
 
 bool Player::watch() {
-    if (!playback || (!playing && !underWay))
+    if (!playback || (!isPlaying() && !underWay))
         return false;
     auto const silence = g_get_monotonic_time() - lastSign;
     if (underWay) {
@@ -171,14 +183,14 @@ bool Player::watch() {
     }
     // At the end the engine stops by itself. On a busy machine it may have left out the last frame.
     if (playback->speed() == 0 && (displayed >= last() || silence > EndSilence)) {
-        setPlaying(false);
+        setPace(0);
         send(last());
     }
     return true;
 }
 
-void Player::setPlaying(bool plays) {
-    if (std::exchange(playing, plays) == plays)
+void Player::setPace(double speed) {
+    if (std::exchange(pace, speed) == speed)
         return;
     if (playback)
         applyLimits();
@@ -186,7 +198,8 @@ void Player::setPlaying(bool plays) {
 }
 
 void Player::applyLimits() {
-    auto const limit = playing ? playingHeightLimit(sequence->facts().rate) : std::numeric_limits<int>::max();
+    auto const limit =
+        isPlaying() ? playingHeightLimit(sequence->facts().rate) : std::numeric_limits<int>::max();
     playback->setPictureLimits(area, limit);
 }
 

@@ -29,14 +29,19 @@ public:
     bool open(Sequence& chosen);
     void close();
 
-    void play(); // from the beginning when it is at the end
+    // At this speed from where the playhead is, from the beginning when it is at the end. Below 0 it goes
+    // backwards, and stops on the first frame.
+    void play(double speed = 1);
     void pause();
     void pauseAt(std::int64_t frame); // also moves the playhead of a player that is paused already
 
     // Clamped to the sequence; nothing happens without one.
     void seek(std::int64_t frame);
 
-    [[nodiscard]] bool isPlaying() const { return playing; }
+    [[nodiscard]] bool isPlaying() const { return pace != 0; }
+
+    // 0 while it is paused.
+    [[nodiscard]] double speed() const { return pace; }
 
     // The frame that is on the screen, and the one that is going to be.
     [[nodiscard]] std::int64_t position() const { return displayed; }
@@ -50,6 +55,7 @@ public:
 
     sigc::signal<void()>& signalTargetChanged() { return targetChanged; }
 
+    // It plays, pauses, or goes at another speed.
     sigc::signal<void()>& signalPlayingChanged() { return playingChanged; }
 
 private:
@@ -59,7 +65,8 @@ private:
     void send(std::int64_t frame);
     void ensureWatching();
     bool watch(); // false: there is nothing to watch
-    void setPlaying(bool plays);
+    void setPace(double speed);
+    void stopAt(std::int64_t frame);
     void applyLimits();
     [[nodiscard]] std::int64_t last() const;
 
@@ -72,7 +79,8 @@ private:
     std::int64_t displayed = 0;
     std::optional<std::int64_t> underWay; // the jump that the engine works on
     std::optional<std::int64_t> next; // the one that follows it
-    bool playing = false;
+    double pace = 0;
+    std::int64_t start = 0; // where the last jump went, or play began
     PixelSize area{960, 540};
     std::int64_t lastSign = 0; // monotonic time of the last frame or command, in microseconds
     sigc::connection watching; // runs while the engine owes a frame

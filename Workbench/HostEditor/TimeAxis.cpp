@@ -50,6 +50,19 @@ std::vector<PinGroup> groupPins(std::vector<Pin> const& pins, TimeAxis const& ax
     return groups;
 }
 
+std::optional<std::int64_t> nextPin(std::vector<Pin> const& pins, TimeAxis const& axis, std::int64_t frame,
+                                    Direction direction) {
+    std::optional<std::int64_t> nearest;
+    for (auto const& pin : pins) {
+        auto const place = frameOfSeconds(pin.start, axis);
+        if (direction == Direction::On && place > frame)
+            nearest = std::min(place, nearest.value_or(place));
+        if (direction == Direction::Back && place < frame)
+            nearest = std::max(place, nearest.value_or(place));
+    }
+    return nearest;
+}
+
 std::int64_t frameOfSeconds(double seconds, TimeAxis const& axis) {
     return frameAt(timeOfSeconds(seconds), axis.rate, axis.length).value_or(0);
 }

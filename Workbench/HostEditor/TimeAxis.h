@@ -1,10 +1,12 @@
 #pragma once
 
 #include "Workbench/HostEditor/Pin.h"
+#include "Workbench/HostEditor/Shuttle.h"
 #include "Workbench/HostEditor/TimeToFrame.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace workbench {
@@ -36,6 +38,10 @@ struct PinGroup {
 // Groups from left to right, at least `reach` pixels apart.
 [[nodiscard]] std::vector<PinGroup> groupPins(std::vector<Pin> const& pins, TimeAxis const& axis,
                                               double reach);
+
+// The frame of the nearest pin after `frame`, or before it; none when there is none.
+[[nodiscard]] std::optional<std::int64_t> nextPin(std::vector<Pin> const& pins, TimeAxis const& axis,
+                                                  std::int64_t frame, Direction direction);
 
 // The frame that a pin's time in seconds falls on, clamped to the sequence; the first when it is no number.
 [[nodiscard]] std::int64_t frameOfSeconds(double seconds, TimeAxis const& axis);

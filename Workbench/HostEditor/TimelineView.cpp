@@ -95,6 +95,13 @@ void TimelineView::showPins(std::vector<Pin> shown, bool areLive) {
     rebuildPins();
 }
 
+void TimelineView::seekPin(Direction direction, std::int64_t from) {
+    if (!sequence)
+        return;
+    if (auto const found = nextPin(pins, axis(), from, direction))
+        wanted.emit(*found);
+}
+
 void TimelineView::rebuildPins() {
     for (auto const& button : buttons)
         button->unparent();

@@ -33,6 +33,9 @@ public:
     void showFrame(std::int64_t shown);
     void showPins(std::vector<Pin> shown, bool areLive);
 
+    // Asks for the frame of the next pin in this direction, seen from `from`; for nothing without one.
+    void seekPin(Direction direction, std::int64_t from);
+
     sigc::signal<void(std::int64_t)>& signalSeek() { return wanted; }
 
 protected:

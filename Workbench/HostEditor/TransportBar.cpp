@@ -3,6 +3,7 @@
 #include "Workbench/HostEditor/Accessible.h"
 #include "Workbench/HostEditor/Timecode.h"
 
+#include <cmath>
 #include <string>
 
 namespace workbench {
@@ -18,9 +19,13 @@ TransportBar::TransportBar() {
 
     buttons.add_css_class("workbench-buttons");
     addButton(Glyph::Sign::First, "First frame", "First frame (Home)", [this] { first.emit(); });
+    previousPin = &addButton(Glyph::Sign::PreviousPin, "Previous comment", "Previous comment (Up)",
+                             [this] { pin.emit(Direction::Back); });
     addButton(Glyph::Sign::Previous, "Previous frame", "One frame back (Left)", [this] { step.emit(-1); });
     addPlayButton();
     addButton(Glyph::Sign::Next, "Next frame", "One frame on (Right)", [this] { step.emit(1); });
+    nextPin = &addButton(Glyph::Sign::NextPin, "Next comment", "Next comment (Down)",
+                         [this] { pin.emit(Direction::On); });
     addButton(Glyph::Sign::Last, "Last frame", "Last frame (End)", [this] { last.emit(); });
     set_center_widget(buttons);
 
@@ -29,12 +34,20 @@ TransportBar::TransportBar() {
     constexpr int timecodeAndDots = 13; // the rate behind them may be cut off
     length.set_width_chars(timecodeAndDots);
     length.set_xalign(1);
-    set_end_widget(length);
+    pace.add_css_class("workbench-quiet");
+    pace.set_xalign(1);
+    constexpr int signAndTimes = 3;
+    pace.set_width_chars(signAndTimes);
+    end.append(pace);
+    end.append(length);
+    set_end_widget(end);
     showSequence(nullptr);
+    showSpeed(0);
+    showComments(false);
 }
 
-void TransportBar::addButton(Glyph::Sign sign, char const* name, char const* hint,
-                             sigc::slot<void()> const& pressed) {
+Gtk::Button& TransportBar::addButton(Glyph::Sign sign, char const* name, char const* hint,
+                                     sigc::slot<void()> const& pressed) {
     auto* const button = Gtk::make_managed<Gtk::Button>();
     button->set_child(*Gtk::make_managed<Glyph>(sign));
     button->set_has_frame(false);
@@ -43,13 +56,14 @@ void TransportBar::addButton(Glyph::Sign sign, char const* name, char const* hin
     setAccessibleName(*button, name);
     button->signal_clicked().connect(pressed);
     buttons.append(*button);
+    return *button;
 }
 
 void TransportBar::addPlayButton() {
     playButton.set_child(playSign);
     playButton.set_has_frame(false);
     playButton.set_focus_on_click(false);
-    playButton.set_tooltip_text("Play or pause (Space)");
+    playButton.set_tooltip_text("Play or pause (Space; L and J faster, on and back)");
     setAccessibleName(playButton, "Play");
     playButton.signal_clicked().connect([this] { toggle.emit(); });
     buttons.append(playButton);
@@ -72,9 +86,18 @@ void TransportBar::showFrame(std::int64_t frame) {
     setAccessibleName(frameNumber, "Frame");
 }
 
-void TransportBar::showPlaying(bool isPlaying) {
-    playButton.set_active(isPlaying);
-    playSign.setSign(isPlaying ? Glyph::Sign::Pause : Glyph::Sign::Play);
+void TransportBar::showSpeed(double speed) {
+    playButton.set_active(speed != 0);
+    playSign.setSign(speed != 0 ? Glyph::Sign::Pause : Glyph::Sign::Play);
+    auto const times = std::to_string(static_cast<int>(std::abs(speed))) + "×";
+    auto const isOrdinary = speed == 0 || speed == 1;
+    pace.set_text(isOrdinary ? "" : (speed < 0 ? "−" : "") + times);
+    setAccessibleName(pace, "Speed");
+}
+
+void TransportBar::showComments(bool areThere) {
+    previousPin->set_sensitive(areThere);
+    nextPin->set_sensitive(areThere);
 }
 
 } // namespace workbench

@@ -2,6 +2,7 @@
 
 #include "Workbench/HostEditor/Glyph.h"
 #include "Workbench/HostEditor/SequenceFacts.h"
+#include "Workbench/HostEditor/Shuttle.h"
 #include "Workbench/HostEditor/TimecodeField.h"
 
 #include <gtkmm/box.h>
@@ -21,7 +22,8 @@ public:
 
     void showSequence(SequenceFacts const* sequence); // null: there is none
     void showFrame(std::int64_t frame);
-    void showPlaying(bool isPlaying);
+    void showSpeed(double speed); // 0: paused
+    void showComments(bool areThere);
 
     [[nodiscard]] TimecodeField& timecodeField() { return position; }
 
@@ -30,12 +32,15 @@ public:
 
     sigc::signal<void(std::int64_t)>& signalStep() { return step; } // by so many frames
 
+    sigc::signal<void(Direction)>& signalPin() { return pin; } // to the next one
+
     sigc::signal<void()>& signalFirst() { return first; }
 
     sigc::signal<void()>& signalLast() { return last; }
 
 private:
-    void addButton(Glyph::Sign sign, char const* name, char const* hint, sigc::slot<void()> const& pressed);
+    Gtk::Button& addButton(Glyph::Sign sign, char const* name, char const* hint,
+                           sigc::slot<void()> const& pressed);
     void addPlayButton();
 
     TimecodeField position;
@@ -44,10 +49,15 @@ private:
     Gtk::Box buttons{Gtk::Orientation::HORIZONTAL};
     Gtk::ToggleButton playButton;
     Glyph playSign{Glyph::Sign::Play};
+    Gtk::Button* previousPin = nullptr; // both are the row's own
+    Gtk::Button* nextPin = nullptr;
+    Gtk::Label pace;
     Gtk::Label length;
+    Gtk::Box end{Gtk::Orientation::HORIZONTAL};
     FrameRate rate;
     sigc::signal<void()> toggle;
     sigc::signal<void(std::int64_t)> step;
+    sigc::signal<void(Direction)> pin;
     sigc::signal<void()> first;
     sigc::signal<void()> last;
 };

@@ -188,6 +188,55 @@ TEST_F(Window, StepsAndJumpsWithButtons) {
     ASSERT_TRUE(waitFor(0));
 }
 
+TEST_F(Window, PlaysFasterAndBackwardsWithTheShuttleKeys) {
+    showFilm();
+    auto const speedReads = [this](double speed, std::string const& text) {
+        return waitUntil([&] {
+            return editor.speed() == speed &&
+                   dynamic_cast<Gtk::Label&>(find("Speed")).get_text().raw() == text;
+        });
+    };
+    press("End");
+    ASSERT_TRUE(waitFor(119));
+    press("j");
+    EXPECT_TRUE(speedReads(-1, "−1×"));
+    press("j");
+    EXPECT_TRUE(speedReads(-2, "−2×"));
+    ASSERT_TRUE(waitUntil([this] { return editor.position() < 110; }));
+    press("l");
+    EXPECT_TRUE(speedReads(1, ""));
+    press("k");
+    EXPECT_TRUE(speedReads(0, ""));
+    EXPECT_FALSE(dynamic_cast<Gtk::ToggleButton&>(find("Play")).get_active());
+}
+
+TEST_F(Window, StepsWithTheShuttleKeysWhilePauseIsHeld) {
+    showFilm();
+    runCommand("xdotool keydown k key l l l keyup k");
+    ASSERT_TRUE(waitFor(3));
+    runCommand("xdotool keydown k key j keyup k");
+    ASSERT_TRUE(waitFor(2));
+    EXPECT_FALSE(editor.isPlaying());
+}
+
+TEST_F(Window, GoesFromCommentToComment) {
+    showFilm();
+    EXPECT_FALSE(find("Next comment").is_sensitive());
+    std::vector<Pin> pins;
+    for (auto const frame : {20, 40, 80})
+        pins.push_back({.id = {}, .start = frame * 1001 / 30000.0, .text = "x", .author = {}, .colour = {}});
+    window->showPins(pins, true);
+    press("Down Down");
+    ASSERT_TRUE(waitFor(40));
+    press("Up");
+    ASSERT_TRUE(waitFor(20));
+    press("Up");
+    click("Next comment");
+    ASSERT_TRUE(waitFor(40));
+    click("Previous comment");
+    ASSERT_TRUE(waitFor(20));
+}
+
 TEST_F(Window, KeepsTheKeysAfterAButtonWasClicked) {
     showFilm();
     click("Next frame");

@@ -262,9 +262,88 @@ TEST_P(PlayerOnFilm, SurvivesBeingClosedWhileItPlays) {
     EXPECT_FALSE(player.isPlaying());
 }
 
+class PlayerAtSpeeds : public PlayerOnFilm {
+protected:
+    // The engine is left standing still.
+    void TearDown() override {
+        player.pause();
+        auto const elsewhere = player.position() == 5 ? 6 : 5;
+        player.seek(elsewhere);
+        EXPECT_TRUE(waitFor(elsewhere));
+    }
+};
+
+TEST_P(PlayerAtSpeeds, PlaysBackwardsPictureByPicture) {
+    player.seek(60);
+    ASSERT_TRUE(waitFor(60));
+    auto const first = seen.size();
+    player.play(-1);
+    EXPECT_EQ(player.speed(), -1);
+    ASSERT_TRUE(waitUntil([this] { return player.position() <= 40; }));
+    player.pause();
+    for (auto index = first; index < seen.size(); ++index) {
+        EXPECT_EQ(seen[index].number, seen[index].frame);
+        EXPECT_LE(seen[index].frame, seen[index - 1].frame);
+    }
+    EXPECT_GT(seen.size(), first + 5);
+}
+
+TEST_P(PlayerAtSpeeds, StopsOnTheFirstFrameBackwards) {
+    player.seek(9);
+    ASSERT_TRUE(waitFor(9));
+    player.play(-4);
+    ASSERT_TRUE(waitUntil([this] { return !player.isPlaying(); }));
+    ASSERT_TRUE(waitFor(0));
+    EXPECT_EQ(seen.back().number, 0);
+    player.play(-1);
+    EXPECT_FALSE(player.isPlaying());
+}
+
+TEST_P(PlayerAtSpeeds, LeavesFramesOutWhenItPlaysFast) {
+    player.play(4);
+    ASSERT_TRUE(waitUntil([this] { return player.position() >= 60; }));
+    EXPECT_EQ(player.speed(), 4);
+    for (auto const& each : seen)
+        EXPECT_EQ(each.frame % 4, 0) << each.frame;
+    ASSERT_TRUE(waitUntil([this] { return !player.isPlaying(); }));
+    ASSERT_TRUE(waitFor(Frames - 1));
+}
+
+TEST_P(PlayerAtSpeeds, TurnsWhereThePictureIs) {
+    player.play();
+    ASSERT_TRUE(waitUntil([this] { return player.position() >= 30; }));
+    auto const turning = player.position();
+    auto const first = seen.size();
+    player.play(-1);
+    ASSERT_TRUE(waitUntil([this] { return player.position() <= 20; }));
+    for (auto index = first; index < seen.size(); ++index)
+        EXPECT_LE(seen[index].frame, turning);
+    player.play(1);
+    auto const lowest = player.position();
+    auto const second = seen.size();
+    ASSERT_TRUE(waitUntil([this] { return player.position() >= 35; }));
+    for (auto index = second; index < seen.size(); ++index)
+        EXPECT_GE(seen[index].frame, lowest);
+}
+
+TEST_P(PlayerAtSpeeds, TellsEachChangeOfSpeed) {
+    std::vector<double> speeds;
+    player.signalPlayingChanged().connect([&] { speeds.push_back(player.speed()); });
+    for (auto const speed : {1.0, 2.0, 2.0, -1.0})
+        player.play(speed);
+    // Backwards there is nowhere to go from the first frame.
+    ASSERT_TRUE(waitUntil([this] { return seen.size() > 3; }));
+    player.pause();
+    EXPECT_EQ(speeds, (std::vector<double>{1, 2, 0}));
+}
+
 INSTANTIATE_TEST_SUITE_P(AtAllRates, PlayerOnFilm,
                          testing::Values(FrameRate{24000, 1001}, FrameRate{25, 1}, FrameRate{30000, 1001},
                                          FrameRate{60000, 1001}),
+                         [](auto const& rate) { return std::to_string(rate.param.numerator); });
+
+// What the direction changes has nothing to do with the rate.
+INSTANTIATE_TEST_SUITE_P(AtOneRate, PlayerAtSpeeds, testing::Values(FrameRate{30000, 1001}),
                          [](auto const& rate) { return std::to_string(rate.param.numerator); });
 
 } // namespace

@@ -53,6 +53,21 @@ TEST(Pins, AreClampedToTheSequence) {
     EXPECT_EQ(frameOfSeconds(std::nan(""), axis), 0);
 }
 
+TEST(Pins, AreVisitedOneAfterTheOther) {
+    auto const pins = {pinAt(5), pinAt(1), pinAt(5), pinAt(8)};
+    auto const after = [&](std::int64_t frame) { return nextPin(pins, axis, frame, Direction::On); };
+    auto const before = [&](std::int64_t frame) { return nextPin(pins, axis, frame, Direction::Back); };
+    EXPECT_EQ(after(0), 30);
+    EXPECT_EQ(after(30), 149);
+    EXPECT_EQ(after(149), 239);
+    EXPECT_EQ(after(239), std::nullopt);
+    EXPECT_EQ(before(299), 239);
+    EXPECT_EQ(before(150), 149);
+    EXPECT_EQ(before(149), 30);
+    EXPECT_EQ(before(30), std::nullopt);
+    EXPECT_EQ(nextPin({}, axis, 0, Direction::On), std::nullopt);
+}
+
 TEST(Pins, ThatLieTogetherFormOneGroup) {
     auto const groups = groupPins({pinAt(5), pinAt(1), pinAt(5.05)}, axis, 12);
     ASSERT_EQ(groups.size(), 2U);
