@@ -77,6 +77,8 @@ void EditorWindow::listenToControls() {
     transport.signalStep().connect([this](std::int64_t frames) { editor.step(frames); });
     transport.signalPin().connect(
         [this](Direction direction) { timeline.seekPin(direction, editor.target()); });
+    transport.signalMagnify().connect(
+        [this](double factor) { factor > 0 ? timeline.magnify(factor) : timeline.showAll(); });
     transport.signalFirst().connect([this] { editor.seek(0); });
     transport.signalLast().connect([this] { editor.seekToEnd(); });
     transport.timecodeField().signalEntered().connect([this](std::int64_t frame) { editor.seek(frame); });
@@ -144,7 +146,7 @@ bool EditorWindow::pressKey(guint key, Gdk::ModifierType modifiers) {
         transport.timecodeField().begin();
         return true;
     default:
-        return pressShuttleKey(key) || typeTimecode(key);
+        return pressShuttleKey(key) || pressScaleKey(key) || typeTimecode(key);
     }
 }
 
@@ -163,6 +165,31 @@ bool EditorWindow::pressShuttleKey(guint key) {
     else
         editor.shuttle(isOn ? Direction::On : Direction::Back);
     return true;
+}
+
+bool EditorWindow::pressScaleKey(guint key) {
+    constexpr double step = 1.5;
+    switch (key) {
+    case GDK_KEY_plus:
+    case GDK_KEY_equal:
+    case GDK_KEY_KP_Add:
+        timeline.magnify(step);
+        return true;
+    case GDK_KEY_minus:
+    case GDK_KEY_KP_Subtract:
+        timeline.magnify(1 / step);
+        return true;
+    case GDK_KEY_f:
+    case GDK_KEY_F:
+        timeline.showAll();
+        return true;
+    case GDK_KEY_Page_Up:
+    case GDK_KEY_Page_Down:
+        timeline.scrollPages(key == GDK_KEY_Page_Up ? -1 : 1);
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool EditorWindow::typeTimecode(guint key) {

@@ -38,6 +38,7 @@ private:
     void listenToKeys();
     bool pressKey(guint key, Gdk::ModifierType modifiers);
     bool pressShuttleKey(guint key);
+    bool pressScaleKey(guint key);
     bool typeTimecode(guint key);
     [[nodiscard]] bool keysAreOurs();
     [[nodiscard]] std::int64_t framesInSecond() const;

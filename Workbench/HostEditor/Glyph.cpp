@@ -40,6 +40,24 @@ void dot(Context const& context, double middle) {
     context->fill();
 }
 
+void stroke(Context const& context, double left, double top, double right, double bottom) {
+    context->set_line_width(2);
+    context->move_to(left, top);
+    context->line_to(right, bottom);
+    context->stroke();
+}
+
+// What the signs for the scale share is a line from left to right.
+void drawScaleSign(Context const& context, Glyph::Sign sign) {
+    stroke(context, 3, 8, 13, 8);
+    if (sign == Glyph::Sign::More)
+        stroke(context, 8, 3, 8, 13);
+    if (sign == Glyph::Sign::All) {
+        stroke(context, 2, 4, 2, 12);
+        stroke(context, 14, 4, 14, 12);
+    }
+}
+
 void drawSign(Context const& context, Glyph::Sign sign) {
     switch (sign) {
     case Glyph::Sign::Play:
@@ -70,6 +88,11 @@ void drawSign(Context const& context, Glyph::Sign sign) {
     case Glyph::Sign::NextPin:
         dot(context, 4.5);
         chevron(context, 9.5, 14);
+        break;
+    case Glyph::Sign::Less:
+    case Glyph::Sign::More:
+    case Glyph::Sign::All:
+        drawScaleSign(context, sign);
         break;
     }
 }

@@ -7,7 +7,7 @@ namespace workbench {
 // The signs on the transport's buttons, drawn here: they look the same with every icon theme, and with none.
 class Glyph final : public Gtk::DrawingArea {
 public:
-    enum class Sign { Play, Pause, Previous, Next, First, Last, PreviousPin, NextPin };
+    enum class Sign { Play, Pause, Previous, Next, First, Last, PreviousPin, NextPin, Less, More, All };
 
     explicit Glyph(Sign first);
 

@@ -50,6 +50,10 @@ window.workbench paned > separator {
 .workbench-transport button:disabled, .workbench-transport:disabled label { color: #55534c; }
 
 .workbench-timeline { background: #131311; color: #d9d6cb; padding: 0; border-top: 1px solid #2b2b27; }
+.workbench-stretch { background: none; border: none; padding: 0; }
+.workbench-stretch trough { background: none; }
+.workbench-stretch slider { background: #55534c; border: none; border-radius: 3px; min-height: 4px; min-width: 24px; margin: 2px 0; }
+.workbench-stretch slider:hover { background: #85837a; }
 .workbench-playhead { color: #f0eee4; }
 .workbench-stage *:focus-visible { outline: 1px solid #7d94b3; outline-offset: -1px; }
 .workbench-pin { padding: 0; margin: 0; border: none; min-width: 0; min-height: 0; background: none; border-radius: 6px; }

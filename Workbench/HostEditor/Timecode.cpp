@@ -50,6 +50,12 @@ std::optional<std::int64_t> frameOfLabel(std::int64_t label, FrameRate rate) {
     return labelOf(frame, rate) == label ? std::optional{frame} : std::nullopt;
 }
 
+std::int64_t frameAtOrAfter(std::int64_t label, FrameRate rate) {
+    for (;; ++label)
+        if (auto const frame = frameOfLabel(label, rate))
+            return *frame;
+}
+
 std::string labelText(std::int64_t label, FrameRate rate) {
     auto const labels = labelsPerSecond(rate);
     auto const seconds = label / labels;

@@ -26,6 +26,9 @@ namespace workbench {
 // The frame that carries the label; none when it is left out or below zero.
 [[nodiscard]] std::optional<std::int64_t> frameOfLabel(std::int64_t label, FrameRate rate);
 
+// The frame that carries the label, or the next one that a frame carries. `label` is not negative.
+[[nodiscard]] std::int64_t frameAtOrAfter(std::int64_t label, FrameRate rate);
+
 // The label in words, whether a frame carries it or not.
 [[nodiscard]] std::string labelText(std::int64_t label, FrameRate rate);
 

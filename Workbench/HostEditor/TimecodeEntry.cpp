@@ -90,13 +90,6 @@ std::int64_t secondsOf(Fields const& fields) {
     return (fields.values[0] * 60 + fields.values[1]) * 60 + fields.values[2];
 }
 
-// The next label that a frame carries, this one included.
-std::int64_t frameAtOrAfter(std::int64_t label, FrameRate rate) {
-    for (;; ++label)
-        if (auto const frame = frameOfLabel(label, rate))
-            return *frame;
-}
-
 Answer inside(std::int64_t frame, TimecodeContext const& context) {
     if (frame < 0)
         return "that lies before the beginning";

@@ -3,6 +3,7 @@
 #include "Workbench/HostEditor/PinButton.h"
 #include "Workbench/HostEditor/Timecode.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <utility>
@@ -81,7 +82,11 @@ void TimelineGround::drawRuler(Context const& context) {
     auto const step = axis.labelStep(LabelRoom);
     constexpr double tickHeight = 6;
     context->set_line_width(1);
-    for (std::int64_t frame = 0; frame < sequence->length; frame += step) {
+    // Labels that are left out are stood in for by the next one that a frame carries.
+    auto const last = labelOf(axis.frameUnder(get_width()), axis.rate);
+    auto label = labelOf(axis.frameUnder(0), axis.rate) / step * step;
+    for (; label <= last; label += step) {
+        auto const frame = frameAtOrAfter(label, axis.rate);
         auto const x = std::floor(axis.positionOf(frame)) + 0.5;
         setColour(context, colour, 0.35);
         context->move_to(x, RulerHeight - tickHeight);
@@ -89,7 +94,7 @@ void TimelineGround::drawRuler(Context const& context) {
         context->stroke();
         setColour(context, colour, 0.7);
         if (x + LabelRoom * 0.7 < axis.left + axis.width)
-            drawText(*this, context, timecode(frame, sequence->rate), LabelSize, x + 4.0, 3.0,
+            drawText(*this, context, timecode(frame, axis.rate), LabelSize, x + 4.0, 3.0,
                      static_cast<int>(LabelRoom));
     }
 }
@@ -99,6 +104,8 @@ void TimelineGround::drawMarks(Context const& context) const {
     constexpr double half = 4;
     for (auto const& mark : sequence->marks) {
         auto const x = axis.positionOf(mark.frame);
+        context->rectangle(x, RulerHeight - 2, axis.positionOf(mark.frame + mark.length) - x, 2);
+        context->fill();
         context->move_to(x - half, RulerHeight - 2 * half);
         context->line_to(x + half, RulerHeight - 2 * half);
         context->line_to(x, RulerHeight);
@@ -109,7 +116,11 @@ void TimelineGround::drawMarks(Context const& context) const {
 
 void TimelineGround::drawClip(Context const& context) {
     constexpr double radius = 4;
-    roundedRectangle(context, axis.left, ClipTop, axis.width, ClipHeight, radius);
+    // A little beyond the edges: far beyond them lines lose their thickness.
+    constexpr double beyond = 16;
+    auto const left = std::max(axis.left, -beyond);
+    auto const right = std::min(axis.left + axis.width, get_width() + beyond);
+    roundedRectangle(context, left, ClipTop, right - left, ClipHeight, radius);
     setColour(context, Gdk::RGBA{sequence->hasPicture ? "#2f3b45" : "#2f4138"});
     context->fill_preserve();
     context->set_line_width(1);
@@ -117,8 +128,11 @@ void TimelineGround::drawClip(Context const& context) {
     context->stroke();
     setColour(context, get_style_context()->get_color(), 0.85);
     constexpr double inset = 8;
-    drawText(*this, context, sequence->name, NameSize, axis.left + inset, ClipTop + inset,
-             static_cast<int>(axis.width - 2 * inset));
+    auto const nameLeft = std::max(axis.left, 0.0) + inset;
+    auto const nameRoom = std::min<double>(right, get_width()) - inset - nameLeft;
+    if (nameRoom > 0)
+        drawText(*this, context, sequence->name, NameSize, nameLeft, ClipTop + inset,
+                 static_cast<int>(nameRoom));
 }
 
 void TimelineGround::drawRanges(Context const& context) const {

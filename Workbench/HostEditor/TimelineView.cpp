@@ -7,6 +7,8 @@
 #include "Workbench/HostEditor/TimelineGround.h"
 
 #include <glibmm/main.h>
+#include <gtkmm/eventcontrollermotion.h>
+#include <gtkmm/eventcontrollerscroll.h>
 #include <gtkmm/gesturedrag.h>
 #include <gtkmm/snapshot.h>
 #include <gtkmm/tooltip.h>
@@ -16,9 +18,18 @@
 
 namespace workbench {
 
+namespace {
+
+constexpr double WheelPixels = 80; // for one notch
+constexpr double WheelFactor = 1.25;
+
+} // namespace
+
 TimelineView::TimelineView()
     : ground(std::make_unique<TimelineGround>())
-    , playhead(std::make_unique<PlayheadLine>()) {
+    , playhead(std::make_unique<PlayheadLine>())
+    , stretch(Gtk::Adjustment::create(0, 0, 1, 1, 1, 1))
+    , bar(stretch, Gtk::Orientation::HORIZONTAL) {
     add_css_class("workbench-timeline");
     set_focusable(true);
     set_hexpand(true);
@@ -28,7 +39,17 @@ TimelineView::TimelineView()
     ground->set_can_target(false);
     ground->set_parent(*this);
     playhead->set_parent(*this);
+    bar.add_css_class("workbench-stretch");
+    bar.set_parent(*this);
+    setAccessibleName(bar, "Timeline position");
+    stretch->signal_value_changed().connect([this] {
+        if (stretch->get_value() == scale.offset())
+            return;
+        scale.scrollTo(stretch->get_value());
+        showScale();
+    });
     listenToPointer();
+    listenToWheel();
     listenForTooltips();
     showSequence(nullptr);
 }
@@ -37,6 +58,7 @@ TimelineView::~TimelineView() {
     regrouping.disconnect();
     for (auto const& button : buttons)
         button->unparent();
+    bar.unparent();
     playhead->unparent();
     ground->unparent();
 }
@@ -63,6 +85,71 @@ void TimelineView::listenToPointer() {
     add_controller(drag);
 }
 
+void TimelineView::listenToWheel() {
+    auto const motion = Gtk::EventControllerMotion::create();
+    motion->signal_motion().connect([this](double x, double) { pointer = x; });
+    motion->signal_enter().connect([this](double x, double) { pointer = x; });
+    add_controller(motion);
+    auto const wheel = Gtk::EventControllerScroll::create();
+    wheel->set_flags(Gtk::EventControllerScroll::Flags::BOTH_AXES);
+    wheel->signal_scroll().connect(
+        [this, controller = wheel.get()](double dx, double dy) {
+            auto const state = controller->get_current_event_state();
+            return turnWheel(dx, dy, (state & Gdk::ModifierType::CONTROL_MASK) != Gdk::ModifierType{});
+        },
+        false);
+    add_controller(wheel);
+}
+
+bool TimelineView::turnWheel(double dx, double dy, bool magnifies) {
+    if (magnifies)
+        scale.magnify(std::pow(WheelFactor, -dy), pointer - Margin);
+    else
+        scale.scrollBy((dx + dy) * WheelPixels);
+    showScale();
+    return true;
+}
+
+void TimelineView::magnify(double factor) {
+    auto const place = axis().positionOf(frame) - Margin;
+    auto const isInSight = place >= 0 && place <= scale.page();
+    scale.magnify(factor, isInSight ? place : scale.page() / 2);
+    showScale();
+}
+
+void TimelineView::showAll() {
+    setMagnification(1);
+}
+
+void TimelineView::setMagnification(double times) {
+    scale.setMagnification(times);
+    showScale();
+}
+
+void TimelineView::scrollPages(double pages) {
+    scale.scrollBy(pages * scale.page());
+    showScale();
+}
+
+// Everything that depends on the scale, in its new place.
+void TimelineView::showScale() {
+    rescale();
+    rebuildPins();
+}
+
+void TimelineView::rescale() {
+    ground->setAxis(axis());
+    stretch->configure(scale.offset(), 0, scale.total(), WheelPixels, scale.page(), scale.page());
+    bar.set_child_visible(scale.magnification() > 1);
+    showPlayhead();
+}
+
+void TimelineView::showPlayhead() {
+    auto const place = axis().positionOf(frame);
+    auto const isInSight = place >= Margin && place <= Margin + scale.page();
+    playhead->showAt(sequence && isInSight ? std::optional{place} : std::nullopt);
+}
+
 void TimelineView::listenForTooltips() {
     set_has_tooltip(true);
     auto const query = [this](int x, int, bool, Glib::RefPtr<Gtk::Tooltip> const& tooltip) {
@@ -76,9 +163,9 @@ void TimelineView::listenForTooltips() {
 void TimelineView::showSequence(SequenceFacts const* shown) {
     sequence = shown ? std::optional{*shown} : std::nullopt;
     ground->showSequence(shown);
-    ground->setAxis(axis());
+    scale.setSequence(sequence ? sequence->length : 1, sequence ? sequence->rate : FrameRate{});
     showFrame(0);
-    rebuildPins();
+    showScale();
 }
 
 void TimelineView::showFrame(std::int64_t shown) {
@@ -86,7 +173,10 @@ void TimelineView::showFrame(std::int64_t shown) {
     auto const last = static_cast<double>(sequence ? sequence->length - 1 : 0);
     auto const words = sequence ? timecode(frame, sequence->rate) : std::string{"no sequence"};
     setAccessibleValue(*this, static_cast<double>(frame), last, words);
-    playhead->showAt(sequence ? std::optional{axis().positionOf(frame)} : std::nullopt);
+    if (scale.reveal(frame))
+        showScale();
+    else
+        showPlayhead();
 }
 
 void TimelineView::showPins(std::vector<Pin> shown, bool areLive) {
@@ -110,6 +200,8 @@ void TimelineView::rebuildPins() {
     if (!sequence)
         return;
     for (auto const& group : groupPins(pins, axis(), PinButton::Reach)) {
+        if (group.position < 0 || group.position > width)
+            continue;
         auto button = std::make_unique<PinButton>(group, pins, pinsAreLive);
         button->signal_clicked().connect([this, at = group.frame] { wanted.emit(at); });
         // Below the playhead, in the order of time, in which the keyboard reaches them, too.
@@ -138,18 +230,13 @@ void TimelineView::placePins() {
     }
 }
 
-TimeAxis TimelineView::axis() const {
-    return {Margin, static_cast<double>(axisWidth), sequence ? sequence->length : 1,
-            sequence ? sequence->rate : FrameRate{}};
-}
-
 std::string TimelineView::marksNear(double position) const {
     if (!sequence)
         return {};
     std::string text;
     for (auto const& mark : sequence->marks)
         if (std::abs(axis().positionOf(mark.frame) - position) <= PinButton::Reach / 2.0)
-            text += (text.empty() ? "" : "\n") + mark.text;
+            text += (text.empty() ? "" : "\n") + timecode(mark.frame, sequence->rate) + "  " + mark.text;
     return text;
 }
 
@@ -164,14 +251,15 @@ void TimelineView::measure_vfunc(Gtk::Orientation orientation, int, int& minimum
     minimumBaseline = naturalBaseline = -1;
 }
 
-void TimelineView::size_allocate_vfunc(int width, int height, int) {
-    auto const room = std::max(width - 2 * Margin, 1);
-    ground->size_allocate({0, 0, width, height}, -1);
-    playhead->size_allocate({0, 0, width, height}, -1);
-    if (room != axisWidth) {
-        axisWidth = room;
-        ground->setAxis(axis());
-        showFrame(frame);
+void TimelineView::size_allocate_vfunc(int newWidth, int height, int) {
+    constexpr int barHeight = 8;
+    ground->size_allocate({0, 0, newWidth, height}, -1);
+    playhead->size_allocate({0, 0, newWidth, height}, -1);
+    bar.size_allocate({Margin, height - barHeight, std::max(newWidth - 2 * Margin, 1), barHeight}, -1);
+    if (newWidth != width) {
+        width = newWidth;
+        scale.setRoom(newWidth - 2.0 * Margin);
+        rescale();
         regroupLater();
     }
     placePins();

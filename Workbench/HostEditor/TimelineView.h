@@ -2,8 +2,10 @@
 
 #include "Workbench/HostEditor/Pin.h"
 #include "Workbench/HostEditor/SequenceFacts.h"
-#include "Workbench/HostEditor/TimeAxis.h"
+#include "Workbench/HostEditor/TimelineScale.h"
 
+#include <gtkmm/adjustment.h>
+#include <gtkmm/scrollbar.h>
 #include <gtkmm/widget.h>
 #include <sigc++/sigc++.h>
 
@@ -19,9 +21,10 @@ class PinButton;
 class PlayheadLine;
 class TimelineGround;
 
-// The whole active sequence on one line: a ruler, the pins of its comments, its clip, and the playhead above
-// them. A press or a drag asks for the frame below it, a pin for the frame that it marks. From left to right
-// the time axis leaves Margin free on both sides.
+// The active sequence on one line, whole or magnified: a ruler, the pins of its comments, its clip, and the
+// playhead above them. A press or a drag asks for the frame below it, a pin for the frame that it marks; the
+// wheel scrolls, and magnifies with Control. From left to right the time axis leaves Margin free on both
+// sides.
 class TimelineView final : public Gtk::Widget {
 public:
     static constexpr int Margin = 12;
@@ -30,8 +33,18 @@ public:
     ~TimelineView() override;
 
     void showSequence(SequenceFacts const* shown); // null: there is none
-    void showFrame(std::int64_t shown);
+    void showFrame(std::int64_t shown); // and keeps it in sight
     void showPins(std::vector<Pin> shown, bool areLive);
+
+    // Around the playhead where it is in sight, else around the middle.
+    void magnify(double factor);
+    void showAll();
+    void scrollPages(double pages);
+
+    // 1 shows all.
+    void setMagnification(double times);
+
+    [[nodiscard]] double magnification() const { return scale.magnification(); }
 
     // Asks for the frame of the next pin in this direction, seen from `from`; for nothing without one.
     void seekPin(Direction direction, std::int64_t from);
@@ -49,18 +62,29 @@ private:
     void listenForTooltips();
     void rebuildPins();
     void regroupLater();
+    void listenToWheel();
+    bool turnWheel(double dx, double dy, bool magnifies);
+    void rescale();
+    void showScale();
+    void showPlayhead();
     void placePins();
-    [[nodiscard]] TimeAxis axis() const;
+
+    [[nodiscard]] TimeAxis axis() const { return scale.axis(Margin); }
+
     [[nodiscard]] std::string marksNear(double position) const;
 
     std::optional<SequenceFacts> sequence;
     std::int64_t frame = 0;
     std::vector<Pin> pins;
     bool pinsAreLive = false;
-    int axisWidth = 1;
+    TimelineScale scale;
+    double pointer = 0; // from the left, as it was seen last
+    int width = 0;
     std::unique_ptr<TimelineGround> ground;
     std::vector<std::unique_ptr<PinButton>> buttons; // one for each group
     std::unique_ptr<PlayheadLine> playhead;
+    Glib::RefPtr<Gtk::Adjustment> stretch;
+    Gtk::Scrollbar bar;
     sigc::connection regrouping;
     sigc::signal<void(std::int64_t)> wanted;
 };

@@ -8,6 +8,12 @@
 
 namespace workbench {
 
+namespace {
+
+constexpr double ScaleStep = 1.5;
+
+}
+
 TransportBar::TransportBar() {
     add_css_class("workbench-transport");
     frameNumber.add_css_class("workbench-quiet");
@@ -18,15 +24,7 @@ TransportBar::TransportBar() {
     set_start_widget(place);
 
     buttons.add_css_class("workbench-buttons");
-    addButton(Glyph::Sign::First, "First frame", "First frame (Home)", [this] { first.emit(); });
-    previousPin = &addButton(Glyph::Sign::PreviousPin, "Previous comment", "Previous comment (Up)",
-                             [this] { pin.emit(Direction::Back); });
-    addButton(Glyph::Sign::Previous, "Previous frame", "One frame back (Left)", [this] { step.emit(-1); });
-    addPlayButton();
-    addButton(Glyph::Sign::Next, "Next frame", "One frame on (Right)", [this] { step.emit(1); });
-    nextPin = &addButton(Glyph::Sign::NextPin, "Next comment", "Next comment (Down)",
-                         [this] { pin.emit(Direction::On); });
-    addButton(Glyph::Sign::Last, "Last frame", "Last frame (End)", [this] { last.emit(); });
+    addMovingButtons();
     set_center_widget(buttons);
 
     length.add_css_class("workbench-quiet");
@@ -40,13 +38,38 @@ TransportBar::TransportBar() {
     pace.set_width_chars(signAndTimes);
     end.append(pace);
     end.append(length);
+    addScaleButtons();
+    end.append(scale);
     set_end_widget(end);
     showSequence(nullptr);
     showSpeed(0);
     showComments(false);
 }
 
-Gtk::Button& TransportBar::addButton(Glyph::Sign sign, char const* name, char const* hint,
+void TransportBar::addMovingButtons() {
+    addButton(buttons, Glyph::Sign::First, "First frame", "First frame (Home)", [this] { first.emit(); });
+    previousPin = &addButton(buttons, Glyph::Sign::PreviousPin, "Previous comment", "Previous comment (Up)",
+                             [this] { pin.emit(Direction::Back); });
+    addButton(buttons, Glyph::Sign::Previous, "Previous frame", "One frame back (Left)",
+              [this] { step.emit(-1); });
+    addPlayButton();
+    addButton(buttons, Glyph::Sign::Next, "Next frame", "One frame on (Right)", [this] { step.emit(1); });
+    nextPin = &addButton(buttons, Glyph::Sign::NextPin, "Next comment", "Next comment (Down)",
+                         [this] { pin.emit(Direction::On); });
+    addButton(buttons, Glyph::Sign::Last, "Last frame", "Last frame (End)", [this] { last.emit(); });
+}
+
+void TransportBar::addScaleButtons() {
+    scale.add_css_class("workbench-buttons");
+    addButton(scale, Glyph::Sign::Less, "Zoom out", "Zoom out (-, or Control and the wheel)",
+              [this] { magnify.emit(1 / ScaleStep); });
+    addButton(scale, Glyph::Sign::More, "Zoom in", "Zoom in (+, or Control and the wheel)",
+              [this] { magnify.emit(ScaleStep); });
+    addButton(scale, Glyph::Sign::All, "Show all", "Show the whole sequence (F)",
+              [this] { magnify.emit(0); });
+}
+
+Gtk::Button& TransportBar::addButton(Gtk::Box& row, Glyph::Sign sign, char const* name, char const* hint,
                                      sigc::slot<void()> const& pressed) {
     auto* const button = Gtk::make_managed<Gtk::Button>();
     button->set_child(*Gtk::make_managed<Glyph>(sign));
@@ -55,7 +78,7 @@ Gtk::Button& TransportBar::addButton(Glyph::Sign sign, char const* name, char co
     button->set_tooltip_text(hint);
     setAccessibleName(*button, name);
     button->signal_clicked().connect(pressed);
-    buttons.append(*button);
+    row.append(*button);
     return *button;
 }
 

@@ -34,14 +34,18 @@ public:
 
     sigc::signal<void(Direction)>& signalPin() { return pin; } // to the next one
 
+    sigc::signal<void(double)>& signalMagnify() { return magnify; } // 0: show all
+
     sigc::signal<void()>& signalFirst() { return first; }
 
     sigc::signal<void()>& signalLast() { return last; }
 
 private:
-    Gtk::Button& addButton(Glyph::Sign sign, char const* name, char const* hint,
+    Gtk::Button& addButton(Gtk::Box& row, Glyph::Sign sign, char const* name, char const* hint,
                            sigc::slot<void()> const& pressed);
     void addPlayButton();
+    void addMovingButtons();
+    void addScaleButtons();
 
     TimecodeField position;
     Gtk::Label frameNumber;
@@ -53,11 +57,13 @@ private:
     Gtk::Button* nextPin = nullptr;
     Gtk::Label pace;
     Gtk::Label length;
+    Gtk::Box scale{Gtk::Orientation::HORIZONTAL};
     Gtk::Box end{Gtk::Orientation::HORIZONTAL};
     FrameRate rate;
     sigc::signal<void()> toggle;
     sigc::signal<void(std::int64_t)> step;
     sigc::signal<void(Direction)> pin;
+    sigc::signal<void(double)> magnify;
     sigc::signal<void()> first;
     sigc::signal<void()> last;
 };

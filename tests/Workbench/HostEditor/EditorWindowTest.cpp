@@ -237,6 +237,91 @@ TEST_F(Window, GoesFromCommentToComment) {
     ASSERT_TRUE(waitFor(20));
 }
 
+TEST_F(Window, MagnifiesTheTimelineAroundThePlayhead) {
+    showFilm();
+    auto& timeline = dynamic_cast<TimelineView&>(find("Timeline"));
+    auto const isMagnified = [&](double times) {
+        return waitUntil([&] { return std::abs(timeline.magnification() - times) < 1e-9; });
+    };
+    press("plus plus");
+    EXPECT_TRUE(isMagnified(2.25));
+    press("minus");
+    EXPECT_TRUE(isMagnified(1.5));
+    click("Zoom in");
+    EXPECT_TRUE(isMagnified(2.25));
+    click("Zoom out");
+    EXPECT_TRUE(isMagnified(1.5));
+    click("Show all");
+    EXPECT_TRUE(isMagnified(1));
+    press("plus f");
+    EXPECT_TRUE(isMagnified(1));
+    EXPECT_EQ(editor.target(), 0);
+}
+
+TEST_F(Window, ScrollsTheMagnifiedTimelineWithTheWheel) {
+    showFilm();
+    auto& timeline = dynamic_cast<TimelineView&>(find("Timeline"));
+    auto const [x, y] = place(timeline, TimelineView::Margin, timeline.get_height() - 20.0);
+    runCommand("xdotool mousemove " + std::to_string(x) + " " + std::to_string(y) +
+               " keydown ctrl click 4 click 4 click 4 click 4 keyup ctrl");
+    ASSERT_TRUE(waitUntil([&] { return timeline.magnification() > 2.4; }));
+    auto& bar = dynamic_cast<Gtk::Scrollbar&>(find("Timeline position"));
+    EXPECT_TRUE(bar.get_child_visible());
+    EXPECT_EQ(bar.get_adjustment()->get_value(), 0);
+    runCommand("xdotool click 5 click 5");
+    ASSERT_TRUE(waitUntil([&] { return bar.get_adjustment()->get_value() == 160; }));
+    // The frame below the pointer is the one that the scale has there.
+    auto const room = timeline.get_width() - 2.0 * TimelineView::Margin;
+    auto const frame = static_cast<std::int64_t>((160 + 100) * 120 / (room * timeline.magnification()));
+    clickAt(x + 100, y);
+    ASSERT_TRUE(waitFor(frame));
+    press("Page_Up");
+    ASSERT_TRUE(waitUntil([&] { return bar.get_adjustment()->get_value() == 0; }));
+}
+
+TEST_F(Window, KeepsThePlayheadInSight) {
+    showFilm();
+    auto& timeline = dynamic_cast<TimelineView&>(find("Timeline"));
+    timeline.setMagnification(6);
+    auto const adjustment = dynamic_cast<Gtk::Scrollbar&>(find("Timeline position")).get_adjustment();
+    auto const isInSight = [&](std::int64_t frame) {
+        auto const position = adjustment->get_upper() * static_cast<double>(frame) / 120;
+        return position >= adjustment->get_value() &&
+               position <= adjustment->get_value() + adjustment->get_page_size();
+    };
+    editor.seek(60);
+    ASSERT_TRUE(waitFor(60));
+    EXPECT_TRUE(isInSight(60));
+    EXPECT_FALSE(isInSight(0));
+    auto const before = adjustment->get_value();
+    press("space");
+    ASSERT_TRUE(waitUntil([&] {
+        EXPECT_TRUE(isInSight(editor.target())) << editor.target();
+        return adjustment->get_value() > before;
+    }));
+    press("space");
+    ASSERT_TRUE(waitUntil([this] { return !editor.isPlaying(); }));
+}
+
+TEST_F(Window, MakesNoPinsOutOfSight) {
+    showFilm();
+    std::vector<Pin> pins;
+    for (auto frame = 0; frame < 120; ++frame)
+        pins.push_back({.id = {},
+                        .start = frame * 1001 / 30000.0,
+                        .text = std::to_string(frame),
+                        .author = {},
+                        .colour = {}});
+    auto& timeline = dynamic_cast<TimelineView&>(find("Timeline"));
+    timeline.setMagnification(6);
+    window->showPins(pins, true);
+    EXPECT_NE(workbench::find(*window, "Comment, 3"), nullptr);
+    EXPECT_EQ(workbench::find(*window, "Comment, 60"), nullptr);
+    timeline.scrollPages(3);
+    EXPECT_EQ(workbench::find(*window, "Comment, 3"), nullptr);
+    EXPECT_NE(workbench::find(*window, "Comment, 64"), nullptr);
+}
+
 TEST_F(Window, KeepsTheKeysAfterAButtonWasClicked) {
     showFilm();
     click("Next frame");
