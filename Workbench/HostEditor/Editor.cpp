@@ -3,7 +3,10 @@
 #include "Workbench/HostEditor/Journal.h"
 #include "Workbench/HostEditor/MediaFile.h"
 
+#include <glibmm/convert.h>
+
 #include <algorithm>
+#include <filesystem>
 #include <iterator>
 #include <utility>
 
@@ -27,29 +30,44 @@ Editor::Editor(Journal const& toTell)
 void Editor::open(std::vector<std::string> const& files) {
     std::optional<std::size_t> first;
     for (auto const& file : files) {
-        auto const before = loaded.size();
-        auto const activeInFile = openOne(file);
-        if (!first && loaded.size() > before)
-            first = before + activeInFile;
+        auto const index = ensureOpen(file);
+        if (!first)
+            first = index;
     }
-    if (first && !active)
+    if (first)
         activate(*first);
+    filesChanged.emit();
 }
 
-std::size_t Editor::openOne(std::string const& file) {
+// Answers which of the file's sequences is to be active.
+std::optional<std::size_t> Editor::ensureOpen(std::string const& file) {
+    auto const path = std::filesystem::absolute(file).lexically_normal().string();
+    std::string const uri = Glib::filename_to_uri(path);
+    auto const known =
+        std::ranges::find(loaded, uri, [](auto const& sequence) { return sequence->facts().uri; });
+    auto const index = known == loaded.end()
+                           ? openOne(file)
+                           : std::optional{static_cast<std::size_t>(known - loaded.begin())};
+    if (index)
+        opened.push_back(path);
+    return index;
+}
+
+std::optional<std::size_t> Editor::openOne(std::string const& file) {
     Stopwatch const watch;
     auto result = openMediaFile(file);
     if (auto const* const reason = std::get_if<std::string>(&result)) {
         tell("cannot open " + file + ": " + *reason);
-        return 0;
+        return {};
     }
-    auto& opened = std::get<OpenedFile>(result);
-    for (auto const& note : opened.notes)
+    auto& found = std::get<OpenedFile>(result);
+    for (auto const& note : found.notes)
         tell(std::string{file}.append(": ").append(note));
-    for (auto const& sequence : opened.sequences)
+    for (auto const& sequence : found.sequences)
         journal.say(describe(sequence->facts(), watch));
-    std::ranges::move(opened.sequences, std::back_inserter(loaded));
-    return opened.active;
+    auto const before = loaded.size();
+    std::ranges::move(found.sequences, std::back_inserter(loaded));
+    return before + found.active;
 }
 
 void Editor::tell(std::string const& problem) {

@@ -24,14 +24,17 @@ public:
     Editor(Editor const&) = delete;
     Editor& operator=(Editor const&) = delete;
 
-    // Opens what can be opened, and makes the first file's sequence active. What cannot is told in
-    // problems().
+    // Opens what can be opened beside what is open already, and makes the first file's sequence active; a
+    // file that is open is not opened again. What cannot be opened is told in problems().
     void open(std::vector<std::string> const& files);
 
     [[nodiscard]] std::vector<SequenceFacts> sequences() const;
 
     // One line for each file that could not be opened, or only in part.
     [[nodiscard]] std::vector<std::string> const& problems() const { return told; }
+
+    // The paths of the files that were asked for and are open, in that order.
+    [[nodiscard]] std::vector<std::string> const& openedFiles() const { return opened; }
 
     // None while nothing is open.
     [[nodiscard]] std::optional<std::size_t> activeIndex() const { return active; }
@@ -60,6 +63,9 @@ public:
 
     [[nodiscard]] std::int64_t target() const { return player.target(); }
 
+    // Files were opened, or could not be.
+    sigc::signal<void()>& signalFilesChanged() { return filesChanged; }
+
     sigc::signal<void()>& signalActiveChanged() { return activeChanged; }
 
     // Once for each new position on the screen, and once after each change of the active sequence.
@@ -74,15 +80,18 @@ public:
     sigc::signal<void(Picture const&)>& signalPicture() { return pictureReady; }
 
 private:
-    std::size_t openOne(std::string const& file); // answers which of its sequences is to be active
+    [[nodiscard]] std::optional<std::size_t> ensureOpen(std::string const& file);
+    std::optional<std::size_t> openOne(std::string const& file);
     void tell(std::string const& problem);
     void show(ShownFrame const& frame);
 
     Journal const& journal;
     std::vector<std::unique_ptr<Sequence>> loaded;
+    std::vector<std::string> opened;
     std::vector<std::string> told;
     std::optional<std::size_t> active;
     std::int64_t reported = 0; // the position that was told last
+    sigc::signal<void()> filesChanged;
     sigc::signal<void()> activeChanged;
     sigc::signal<void()> positionChanged;
     sigc::signal<void(Picture const&)> pictureReady;

@@ -4,9 +4,11 @@
 
 #include <gdkmm/display.h>
 #include <gdkmm/monitor.h>
+#include <gtkmm/droptarget.h>
 #include <gtkmm/eventcontrollerkey.h>
 
 #include <algorithm>
+#include <memory>
 
 namespace workbench {
 
@@ -14,9 +16,10 @@ namespace {
 
 constexpr auto ProgramTitle = "Zelvix Workbench";
 
-// As large as is useful, and not larger than the screen.
-PixelSize windowSize() {
-    PixelSize size{1280, 860};
+// As large as it was, else as is useful; never larger than the screen.
+PixelSize windowSize(WindowState const& earlier) {
+    constexpr PixelSize useful{1280, 860};
+    auto const size = earlier.size.value_or(useful);
     auto const monitors = Gdk::Display::get_default()->get_monitors();
     auto const monitor = std::dynamic_pointer_cast<Gdk::Monitor>(monitors->get_object(0));
     if (!monitor)
@@ -28,25 +31,29 @@ PixelSize windowSize() {
 
 } // namespace
 
-EditorWindow::EditorWindow(Editor& shownEditor)
-    : editor(shownEditor) {
+EditorWindow::EditorWindow(Editor& shownEditor, WindowState const& earlier)
+    : editor(shownEditor)
+    , recent(earlier.recentFiles) {
     add_css_class("workbench");
     set_title(ProgramTitle);
-    arrange();
+    arrange(earlier);
     followEditor();
     listenToControls();
     listenToKeys();
-    for (auto const& problem : editor.problems())
-        notices.add(problem);
-    sequences.offer(editor.sequences());
+    listenToDrops();
+    showFiles();
     showActive();
+    timeline.setMagnification(earlier.magnification);
     timeline.grab_focus();
 }
 
-void EditorWindow::arrange() {
-    auto const size = windowSize();
+void EditorWindow::arrange(WindowState const& earlier) {
+    auto const size = windowSize(earlier);
     set_default_size(size.width, size.height);
+    if (earlier.isMaximized)
+        maximize();
     head.set_title_widget(*Gtk::make_managed<Gtk::Box>());
+    head.pack_start(opening);
     head.pack_start(sequences);
     set_titlebar(head);
     stage.add_css_class("workbench-stage");
@@ -58,11 +65,12 @@ void EditorWindow::arrange() {
     split.set_resize_end_child(false);
     split.set_shrink_start_child(false);
     split.set_shrink_end_child(false);
-    split.set_position(size.width - PanelPane::Width);
+    split.set_position(size.width - earlier.panelWidth.value_or(PanelPane::Width));
     set_child(split);
 }
 
 void EditorWindow::followEditor() {
+    editor.signalFilesChanged().connect(sigc::mem_fun(*this, &EditorWindow::showFiles));
     editor.signalActiveChanged().connect(sigc::mem_fun(*this, &EditorWindow::showActive));
     editor.signalPositionChanged().connect(sigc::mem_fun(*this, &EditorWindow::showTarget));
     editor.signalTargetChanged().connect(sigc::mem_fun(*this, &EditorWindow::showTarget));
@@ -73,6 +81,10 @@ void EditorWindow::followEditor() {
 
 void EditorWindow::listenToControls() {
     picture.signalArea().connect([this](PixelSize area) { editor.setPictureArea(area); });
+    opening.signalFiles().connect([this](std::vector<std::string> const& files) {
+        editor.open(files);
+        timeline.grab_focus();
+    });
     transport.signalToggle().connect([this] { editor.togglePlaying(); });
     transport.signalStep().connect([this](std::int64_t frames) { editor.step(frames); });
     transport.signalPin().connect(
@@ -107,6 +119,24 @@ void EditorWindow::listenToKeys() {
     property_is_active().signal_changed().connect([this] { isHolding = false; });
 }
 
+// Files from a file manager, wherever they are let go outside of the panel's page.
+void EditorWindow::listenToDrops() {
+    auto const target = Gtk::DropTarget::create(GDK_TYPE_FILE_LIST, Gdk::DragAction::COPY);
+    target->signal_drop().connect(
+        [this](Glib::ValueBase const& value, double, double) {
+            std::vector<Glib::RefPtr<Gio::File>> files;
+            std::unique_ptr<GSList, decltype(&g_slist_free)> const list{
+                gdk_file_list_get_files(static_cast<GdkFileList*>(g_value_get_boxed(value.gobj()))),
+                &g_slist_free};
+            for (auto const* item = list.get(); item; item = item->next)
+                files.push_back(Glib::wrap(G_FILE(item->data), true));
+            editor.open(localPaths(files));
+            return true;
+        },
+        false);
+    add_controller(target);
+}
+
 // What the panel, an open list and a text field are typed into stays theirs.
 bool EditorWindow::keysAreOurs() {
     auto const* const focus = get_focus();
@@ -115,6 +145,11 @@ bool EditorWindow::keysAreOurs() {
 
 bool EditorWindow::pressKey(guint key, Gdk::ModifierType modifiers) {
     using Gdk::ModifierType;
+    auto const isControl = (modifiers & ModifierType::CONTROL_MASK) != ModifierType{};
+    if (isControl && gdk_keyval_to_lower(key) == GDK_KEY_o) {
+        opening.openDialog();
+        return true;
+    }
     if ((modifiers & (ModifierType::CONTROL_MASK | ModifierType::ALT_MASK)) != ModifierType{})
         return false;
     auto const isShifted = (modifiers & ModifierType::SHIFT_MASK) != ModifierType{};
@@ -210,6 +245,29 @@ std::int64_t EditorWindow::framesInSecond() const {
     return sequence ? std::max(sequence->rate.numerator / sequence->rate.denominator, 1) : 1;
 }
 
+WindowState EditorWindow::state() const {
+    WindowState now;
+    int width = 0;
+    int height = 0;
+    get_default_size(width, height);
+    now.size = PixelSize{width, height};
+    now.isMaximized = is_maximized();
+    now.panelWidth = split.get_width() - split.get_position();
+    now.magnification = timeline.magnification();
+    now.recentFiles = recent.paths();
+    return now;
+}
+
+void EditorWindow::showFiles() {
+    for (; seenProblems < editor.problems().size(); ++seenProblems)
+        notices.add(editor.problems()[seenProblems]);
+    for (; seenFiles < editor.openedFiles().size(); ++seenFiles)
+        recent.add(editor.openedFiles()[seenFiles]);
+    opening.offerRecent(recent.paths());
+    sequences.offer(editor.sequences());
+    sequences.showActive(editor.activeIndex());
+}
+
 void EditorWindow::showActive() {
     auto const* const sequence = editor.activeSequence();
     set_title(sequence ? sequence->name + " – " + ProgramTitle : ProgramTitle);
@@ -217,9 +275,8 @@ void EditorWindow::showActive() {
     transport.showSequence(sequence);
     timeline.showSequence(sequence);
     if (!sequence)
-        picture.say(
-            "No sequence is open",
-            "Start the workbench with a video, a still, a sound file or a project:\nzelvix-workbench FILE…");
+        picture.say("No sequence is open",
+                    "Open a video, a still, a sound file or a project (Ctrl+O), or drop it here.");
     else if (!sequence->hasPicture)
         picture.say("Sound only", sequence->name);
     else

@@ -1,11 +1,14 @@
 #pragma once
 
 #include "Workbench/HostEditor/NoticeList.h"
+#include "Workbench/HostEditor/OpenControl.h"
 #include "Workbench/HostEditor/PanelPane.h"
 #include "Workbench/HostEditor/PictureView.h"
+#include "Workbench/HostEditor/RecentFiles.h"
 #include "Workbench/HostEditor/SequenceChoice.h"
 #include "Workbench/HostEditor/TimelineView.h"
 #include "Workbench/HostEditor/TransportBar.h"
+#include "Workbench/HostEditor/WindowState.h"
 
 #include <gtkmm/headerbar.h>
 #include <gtkmm/paned.h>
@@ -21,7 +24,7 @@ class Editor;
 // state and passes on what the user asks for.
 class EditorWindow final : public Gtk::Window {
 public:
-    explicit EditorWindow(Editor& shownEditor); // outlives the window
+    EditorWindow(Editor& shownEditor, WindowState const& earlier); // the editor outlives the window
     EditorWindow(EditorWindow const&) = delete;
     EditorWindow& operator=(EditorWindow const&) = delete;
 
@@ -29,10 +32,13 @@ public:
 
     void showPins(std::vector<Pin> pins, bool areLive);
 
+    // As it is to be found again.
+    [[nodiscard]] WindowState state() const;
+
     [[nodiscard]] PanelPane& panel() { return panelPane; }
 
 private:
-    void arrange();
+    void arrange(WindowState const& earlier);
     void followEditor();
     void listenToControls();
     void listenToKeys();
@@ -42,12 +48,18 @@ private:
     bool typeTimecode(guint key);
     [[nodiscard]] bool keysAreOurs();
     [[nodiscard]] std::int64_t framesInSecond() const;
+    void listenToDrops();
+    void showFiles();
     void showActive();
     void showTarget();
 
     Editor& editor;
     bool isHolding = false; // the key K: J and L then step
+    RecentFiles recent;
+    std::size_t seenFiles = 0; // of those that the editor has told
+    std::size_t seenProblems = 0;
     Gtk::HeaderBar head;
+    OpenControl opening;
     SequenceChoice sequences;
     Gtk::Paned split{Gtk::Orientation::HORIZONTAL};
     Gtk::Box stage{Gtk::Orientation::VERTICAL};

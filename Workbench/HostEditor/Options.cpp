@@ -103,10 +103,10 @@ file, or a project (.mlt, .kdenlive); each one adds a sequence or more.
   --help             show this text and leave
   --version          show the version and leave
 
-Keys: space plays and pauses, l and j play on and back, faster with each press, k
-pauses, left and right step one frame, up and down go from comment to comment, home
-and end to the first and the last frame, t or a digit takes a timecode, + and - and f
-magnify the timeline and show all of it.
+Keys: Control+o opens files, space plays and pauses, l and j play on and back, faster
+with each press, k pauses, left and right step one frame, up and down go from comment
+to comment, home and end to the first and the last frame, t or a digit takes a
+timecode, + and - and f magnify the timeline and show all of it.
 
 Exit status: 0 when the window was closed, 1 when it could not be opened, 2 when the
 command line was not understood.

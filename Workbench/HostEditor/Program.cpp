@@ -18,6 +18,7 @@
 #include "Workbench/ReviewPage/PageServerControl.h"
 
 #include <glibmm/main.h>
+#include <glibmm/miscutils.h>
 #include <gtkmm/init.h>
 
 #include <cstdlib>
@@ -114,7 +115,10 @@ private:
 
     void showWindow() {
         installStyle();
-        window = std::make_unique<EditorWindow>(editor);
+        auto const earlier = readWindowState(windowStateFile());
+        if (!earlier.problem.empty())
+            journal.warn(earlier.problem);
+        window = std::make_unique<EditorWindow>(editor, earlier.state);
         window->showPins(pins->pins(), pins->isLive());
         auto const endWithWindow = [this] {
             loop->quit();
@@ -146,6 +150,8 @@ private:
     }
 
     void endQuietly() {
+        if (auto const problem = writeWindowState(windowStateFile(), window->state()); !problem.empty())
+            journal.warn(problem);
         window.reset();
         host.close();
         editor.deactivate();
@@ -182,6 +188,9 @@ int runWorkbench(Options const& options) {
         return EXIT_FAILURE;
     }
     Gtk::init_gtkmm_internals();
+    // Both go into the desktop's list of recent files.
+    Glib::set_prgname("zelvix-workbench");
+    Glib::set_application_name("Zelvix Workbench");
     Program{options, journal, marker}.run();
     journal.say("ended");
     return EXIT_SUCCESS;

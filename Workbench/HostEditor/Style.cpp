@@ -31,7 +31,7 @@ window.workbench paned > separator {
 
 .workbench-transport { padding: 8px 12px; border-top: 1px solid #2b2b27; background: #1b1b18; }
 .workbench-transport box { border-spacing: 12px; }
-.workbench-transport .workbench-buttons { border-spacing: 2px; }
+.workbench-transport .workbench-buttons { border-spacing: 0; }
 .workbench-timecode { font-family: monospace; font-size: 17px; color: #f0eee4; }
 .workbench-transport button.workbench-entry-button { min-width: 0; min-height: 28px; padding: 0 6px; margin-left: -6px; }
 .workbench-transport entry {
@@ -42,7 +42,7 @@ window.workbench paned > separator {
 .workbench-transport popover > contents { background: #3d2c25; color: #e6c9bb; border: 1px solid #5a4338; border-radius: 6px; padding: 6px 10px; font-size: 13px; }
 .workbench-transport popover > arrow { background: #3d2c25; border: 1px solid #5a4338; }
 .workbench-transport button {
-    color: #d9d6cb; background: none; border: none; box-shadow: none; min-width: 34px; min-height: 30px; padding: 0;
+    color: #d9d6cb; background: none; border: none; box-shadow: none; min-width: 30px; min-height: 30px; padding: 0;
     border-radius: 6px;
 }
 .workbench-transport button:hover { background: #2b2b27; }
@@ -69,6 +69,20 @@ window.workbench paned > separator {
 
 .workbench-notices scrollbar { background: none; border: none; }
 .workbench-notices scrollbar slider { background: #5a4338; }
+
+window.workbench:drop(active) .workbench-stage { box-shadow: inset 0 0 0 2px #7d94b3; }
+.workbench-open button {
+    color: #d9d6cb; background: #2b2b27; border: none; box-shadow: none; text-shadow: none; min-height: 26px;
+    padding: 0 12px; border-radius: 6px; font-weight: normal;
+}
+.workbench-open > button { border-radius: 6px 0 0 6px; margin-right: 1px; }
+.workbench-open menubutton > button { border-radius: 0 6px 6px 0; padding: 0 6px; min-width: 16px; }
+.workbench-open button:hover { background: #34342f; }
+.workbench-open button:disabled { color: #55534c; }
+.workbench-open popover > contents { background: #262622; color: #d9d6cb; border: 1px solid #3a3a35; border-radius: 4px; box-shadow: none; padding: 4px; }
+.workbench-open popover > arrow { background: #262622; border: 1px solid #3a3a35; }
+.workbench-open popover button { background: none; padding: 0 8px; min-height: 30px; border-radius: 4px; }
+.workbench-open popover button:hover { background: #34342f; }
 
 .workbench-sequences > button {
     color: #d9d6cb; background: #2b2b27; border: none; box-shadow: none; text-shadow: none; min-height: 26px;

@@ -255,13 +255,14 @@ void TimelineView::size_allocate_vfunc(int newWidth, int height, int) {
     constexpr int barHeight = 8;
     ground->size_allocate({0, 0, newWidth, height}, -1);
     playhead->size_allocate({0, 0, newWidth, height}, -1);
-    bar.size_allocate({Margin, height - barHeight, std::max(newWidth - 2 * Margin, 1), barHeight}, -1);
     if (newWidth != width) {
         width = newWidth;
         scale.setRoom(newWidth - 2.0 * Margin);
         rescale();
         regroupLater();
     }
+    // After its new scale, which moves its parts.
+    bar.size_allocate({Margin, height - barHeight, std::max(newWidth - 2 * Margin, 1), barHeight}, -1);
     placePins();
 }
 

@@ -60,8 +60,11 @@ class Window : public testing::Test {
 protected:
     static void SetUpTestSuite() {
         setenv("GTK_A11Y", "test", 1);
+        setenv("GSETTINGS_BACKEND", "memory", 1); // what the file dialog keeps
         ASSERT_TRUE(gtk_init_check());
         Gtk::init_gtkmm_internals();
+        Glib::set_prgname("editor_window_test");
+        Glib::set_application_name("Editor window test");
         g_log_set_always_fatal(static_cast<GLogLevelFlags>(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING));
         installStyle();
         engine = std::make_unique<MediaEngine>();
@@ -84,7 +87,7 @@ protected:
         for (auto const& name : names)
             files.push_back((media->path / name).string());
         editor.open(files);
-        window.emplace(editor);
+        window.emplace(editor, WindowState{});
         window->present();
         ASSERT_TRUE(waitUntil([this] { return window->is_active() && find("Timeline").get_width() > 100; }));
     }
@@ -439,6 +442,107 @@ TEST_F(Window, SaysWhatCouldNotBeOpenedAndGoesOn) {
     EXPECT_EQ(editor.activeIndex(), 0U);
     click("Dismiss messages");
     ASSERT_TRUE(waitUntil([this] { return !find("Messages").get_visible(); }));
+}
+
+TEST_F(Window, OpensFurtherFilesBesideTheFirst) {
+    showFilm();
+    editor.open({(media->path / "second.mp4").string(), (media->path / "nowhere.mp4").string()});
+    EXPECT_EQ(editor.activeIndex(), 1U);
+    EXPECT_EQ(dynamic_cast<Gtk::DropDown&>(find("Sequence")).get_model()->get_n_items(), 2U);
+    EXPECT_EQ(texts(find("Messages")).size(), 2U); // one of them is the button's
+    editor.open({(media->path / "." / "first.mp4").string()});
+    EXPECT_EQ(editor.sequences().size(), 2U);
+    EXPECT_EQ(editor.activeIndex(), 0U);
+    EXPECT_EQ(window->state().recentFiles,
+              (std::vector<std::string>{media->path / "first.mp4", media->path / "second.mp4"}));
+}
+
+TEST_F(Window, OpensFilesFromADialog) {
+    showFilm();
+    auto const dialogs = [] {
+        std::vector<GtkWindow*> found;
+        std::unique_ptr<GList, decltype(&g_list_free)> const all{gtk_window_list_toplevels(), &g_list_free};
+        for (auto const* item = all.get(); item; item = item->next)
+            if (GTK_IS_FILE_CHOOSER(item->data))
+                found.push_back(GTK_WINDOW(item->data));
+        return found;
+    };
+    press("ctrl+o");
+    ASSERT_TRUE(waitUntil([&] { return dialogs().size() == 1; }));
+    auto* const dialog = dialogs().front();
+    auto const file = Gio::File::create_for_path((media->path / "second.mp4").string());
+    ASSERT_TRUE(gtk_file_chooser_set_file(GTK_FILE_CHOOSER(dialog), file->gobj(), nullptr));
+    ASSERT_TRUE(waitUntil([&] {
+        std::unique_ptr<GListModel, decltype(&g_object_unref)> const chosen{
+            gtk_file_chooser_get_files(GTK_FILE_CHOOSER(dialog)), &g_object_unref};
+        return g_list_model_get_n_items(chosen.get()) == 1;
+    }));
+    gtk_dialog_response(GTK_DIALOG(dialog), GTK_RESPONSE_ACCEPT);
+    ASSERT_TRUE(waitUntil([this] { return editor.activeIndex() == 1U; }));
+    EXPECT_EQ(editor.activeSequence()->name, "second.mp4");
+    EXPECT_TRUE(waitUntil([&] { return dialogs().empty(); }));
+}
+
+TEST_F(Window, OpensFilesThatAreDroppedOnIt) {
+    showFilm();
+    auto* const target = [this]() -> GtkDropTarget* {
+        std::unique_ptr<GListModel, decltype(&g_object_unref)> const all{
+            gtk_widget_observe_controllers(GTK_WIDGET(window->gobj())), &g_object_unref};
+        for (guint index = 0; index < g_list_model_get_n_items(all.get()); ++index) {
+            std::unique_ptr<GObject, decltype(&g_object_unref)> const item{
+                G_OBJECT(g_list_model_get_object(all.get(), index)), &g_object_unref};
+            if (GTK_IS_DROP_TARGET(item.get()))
+                return GTK_DROP_TARGET(item.get());
+        }
+        return nullptr;
+    }();
+    ASSERT_NE(target, nullptr);
+    auto const file = Gio::File::create_for_path((media->path / "second.mp4").string());
+    auto* const list = gdk_file_list_new_from_list(
+        std::unique_ptr<GSList, decltype(&g_slist_free)>(g_slist_append(nullptr, file->gobj()), &g_slist_free)
+            .get());
+    GValue value = G_VALUE_INIT;
+    g_value_init(&value, GDK_TYPE_FILE_LIST);
+    g_value_take_boxed(&value, list);
+    gboolean isTaken = FALSE;
+    g_signal_emit_by_name(target, "drop", &value, 10.0, 10.0, &isTaken);
+    g_value_unset(&value);
+    EXPECT_TRUE(isTaken);
+    EXPECT_EQ(editor.activeIndex(), 1U);
+}
+
+TEST_F(Window, OffersTheFilesThatWereOpenedLast) {
+    window.emplace(editor, WindowState{.size = {}, .panelWidth = {}, .recentFiles = {"/nowhere/gone.mp4"}});
+    window->present();
+    ASSERT_TRUE(waitUntil([this] { return window->is_active() && find("Timeline").get_width() > 100; }));
+    editor.open({(media->path / "first.mp4").string()});
+    editor.open({(media->path / "second.mp4").string()});
+    click("Recent files");
+    auto const offered = [this] {
+        auto all = texts(find("Recent files"));
+        std::erase(all, "");
+        return all;
+    };
+    EXPECT_EQ(offered(), (std::vector<std::string>{"second.mp4", "first.mp4", "gone.mp4"}));
+    ASSERT_TRUE(waitUntil([this] { return find("first.mp4").get_mapped(); }));
+    press("Tab Return");
+    ASSERT_TRUE(waitUntil([this] { return editor.activeIndex() == 0U; }));
+}
+
+TEST_F(Window, ComesBackAsItWasLeft) {
+    editor.open({(media->path / "first.mp4").string()});
+    WindowState const earlier{
+        .size = PixelSize{1100, 700}, .panelWidth = 300, .magnification = 2, .recentFiles = {"/films/a.mp4"}};
+    window.emplace(editor, earlier);
+    window->present();
+    ASSERT_TRUE(waitUntil([this] { return window->is_active() && find("Timeline").get_width() > 100; }));
+    EXPECT_NEAR(find("Review panel").get_width(), 300, 2);
+    auto now = window->state();
+    EXPECT_NEAR(now.panelWidth.value_or(0), 300, 2);
+    now.panelWidth = 300;
+    auto expected = earlier;
+    expected.recentFiles.insert(expected.recentFiles.begin(), media->path / "first.mp4");
+    EXPECT_EQ(now, expected);
 }
 
 TEST_F(Window, IsAnEmptyEditorWhenNothingCouldBeOpened) {
