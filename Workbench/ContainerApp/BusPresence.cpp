@@ -1,5 +1,6 @@
 #include "Workbench/ContainerApp/BusPresence.h"
 
+#include <stdexcept>
 #include <utility>
 
 namespace workbench {
@@ -28,9 +29,11 @@ BusPresence::Outcome BusPresence::connect(std::string& problem) {
 
 bool BusPresence::serve(CommentStore& comments, SequenceStore& sequences) {
     markers = std::make_unique<MarkersService>(*bus, comments, sequences);
+    imports = std::make_unique<ImportService>(
+        *bus, [this](std::string const& file, std::string const& key) { return import(file, key); });
     editor = std::make_unique<EditorClient>(*bus, [this] { editorChanged(); });
     bus->serve(callbacks.lost);
-    return markers->publish() && editor->follow();
+    return markers->publish() && imports->publish() && editor->follow();
 }
 
 void BusPresence::drain() {
@@ -40,6 +43,12 @@ void BusPresence::drain() {
 void BusPresence::markersChanged(std::string const& sequenceKey, std::uint64_t revision) {
     if (markers)
         markers->changed(sequenceKey, revision);
+}
+
+std::string BusPresence::import(std::string const& file, std::string const& sequenceKey) {
+    if (sequenceKey.empty() && !editor->isSettled())
+        throw std::runtime_error("the editor has not told yet which sequence is open: try again");
+    return callbacks.import(file, sequenceKey);
 }
 
 void BusPresence::editorChanged() {

@@ -3,6 +3,7 @@
 #include "Workbench/ContainerApp/Bus.h"
 #include "Workbench/ContainerApp/CommandServer.h"
 #include "Workbench/ContainerApp/EditorClient.h"
+#include "Workbench/ContainerApp/ImportService.h"
 #include "Workbench/ContainerApp/MarkersService.h"
 
 #include <functional>
@@ -19,6 +20,7 @@ public:
         CommandServer::Handler command;
         CommandServer::Observer answered;
         std::function<void(std::optional<HostSequence> const&)> activeSequence;
+        ImportService::Import import;
         std::function<void()> lost; // may destroy the presence
     };
 
@@ -43,12 +45,14 @@ public:
 
 private:
     void editorChanged();
+    [[nodiscard]] std::string import(std::string const& file, std::string const& sequenceKey);
 
     Callbacks callbacks;
     std::unique_ptr<Bus> bus;
     std::unique_ptr<CommandServer> commands;
     std::unique_ptr<EditorClient> editor;
     std::unique_ptr<MarkersService> markers;
+    std::unique_ptr<ImportService> imports;
 };
 
 } // namespace workbench

@@ -98,6 +98,7 @@ CommentStore::CommentStore(Database& theDatabase, SequenceStore& theSequences)
     , readMarkers{database, selecting(" AND parent_id IS NULL", inOrderOfTime)}
     , readReplies{database, withTree(selecting(" AND id IN tree AND id <> ?2", inOrderOfTime))}
     , readOne{database, selecting(" AND id = ?2")}
+    , readRaw{database, "SELECT raw FROM comments WHERE sequence_id = ?1 AND id = ?2"}
     , countAll{database, "SELECT count(*) FROM comments"} {}
 
 bool CommentStore::sync(CommentDraft const& draft) {
@@ -143,6 +144,18 @@ bool CommentStore::syncAll(std::vector<CommentDraft> drafts) {
     for (auto const& [key, revision] : revisions)
         observer(key, revision);
     return true;
+}
+
+void CommentStore::merge(std::string const& sequenceKey, std::vector<CommentDraft> const& drafts) {
+    if (drafts.empty())
+        return;
+    auto transaction = Transaction{database};
+    auto const sequence = sequences.ensure(sequenceKey);
+    for (auto const& draft : drafts)
+        write(sequence, draft, positionOf(sequence, draft.comment.id));
+    auto const revision = sequences.bump(sequence);
+    transaction.commit();
+    observer(sequenceKey, revision);
 }
 
 void CommentStore::remove(std::string const& id) {
@@ -194,6 +207,11 @@ std::optional<Comment> CommentStore::comment(std::int64_t sequence, std::string 
     if (!rows.next())
         return {};
     return commentIn(rows);
+}
+
+std::string CommentStore::raw(std::string const& sequenceKey, std::string const& id) {
+    auto rows = readRaw.query(sequences.find(sequenceKey), id);
+    return rows.next() ? rows.text(0) : "{}";
 }
 
 std::int64_t CommentStore::count() {

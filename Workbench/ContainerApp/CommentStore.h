@@ -33,6 +33,10 @@ public:
     // one sequence.
     bool syncAll(std::vector<CommentDraft> drafts);
 
+    // Inserts the drafts, which all have a time, or replaces what has their identifiers, in one sequence.
+    // What else it holds stays.
+    void merge(std::string const& sequenceKey, std::vector<CommentDraft> const& drafts);
+
     // Removes a comment of the active sequence with all that answers it. What a page had put into a sequence
     // of its own naming is found there. Unknown identifiers change nothing.
     void remove(std::string const& id);
@@ -50,6 +54,9 @@ public:
     [[nodiscard]] std::vector<Comment> replies(std::int64_t sequence, std::string const& id);
 
     [[nodiscard]] std::optional<Comment> comment(std::int64_t sequence, std::string const& id);
+
+    // What came of a comment, as JSON; an empty object for an unknown one.
+    [[nodiscard]] std::string raw(std::string const& sequenceKey, std::string const& id);
 
     // Of all sequences, replies included.
     [[nodiscard]] std::int64_t count();
@@ -81,6 +88,7 @@ private:
     Statement readMarkers;
     Statement readReplies;
     Statement readOne;
+    Statement readRaw;
     Statement countAll;
 };
 

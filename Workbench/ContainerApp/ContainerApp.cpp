@@ -1,6 +1,8 @@
 #include "Workbench/ContainerApp/ContainerApp.h"
 
+#include "Workbench/ContainerApp/CommentImport.h"
 #include "Workbench/ContainerApp/Elapsed.h"
+#include "Workbench/ContainerApp/ImportError.h"
 
 #include <glib-unix.h>
 
@@ -58,12 +60,14 @@ struct ContainerApp::Work {
         : exporter{postToMainLoop}
         , exports{store.comments, store.sequences, store.settings, store.exports, exporter}
         , folders{store.settings, problem}
+        , imports{store.comments, store.sequences}
         , handler{{store.comments, store.markers, exports, folders, links}, problem} {}
 
     Exporter exporter;
     ExportDesk exports;
     FolderChooser folders;
     LinkOpener links;
+    CommentImport imports;
     CommandHandler handler;
 };
 
@@ -135,7 +139,8 @@ ExitCode ContainerApp::run() {
         console.complain("the session bus refuses to take the markers");
         return ExitCode::NoBus;
     }
-    announce();
+    if (options.importFile.empty())
+        announce();
     g_main_loop_run(loop.get());
     if (presence)
         presence->drain();
@@ -158,6 +163,7 @@ std::unique_ptr<BusPresence> ContainerApp::makePresence() {
         .answered = console.isVerbose() ? [this](std::string const& line) { console.tell(line); }
                                         : CommandServer::Observer{},
         .activeSequence = [this](auto const& sequence) { activeSequenceChanged(sequence); },
+        .import = [this](std::string const& file, std::string const& key) { return importFile(file, key); },
         .lost = [this] { busLost(); }});
 }
 
@@ -170,7 +176,33 @@ void ContainerApp::announce() {
 
 void ContainerApp::activeSequenceChanged(std::optional<HostSequence> const& sequence) {
     attempt([&] { store->sequences.setActive(sequence); });
+    if (!options.importFile.empty())
+        importAndEnd();
     refresh();
+}
+
+std::string ContainerApp::importFile(std::string const& file, std::string const& sequenceKey) {
+    auto const begunAt = Clock::now();
+    auto const key = sequenceKey.empty() ? store->sequences.activeKey() : sequenceKey;
+    auto const sentence = sentenceFor(work->imports.read(file, key));
+    console.tell(sentence + " from " + file + elapsedSince(begunAt));
+    return sentence;
+}
+
+// The program was started for this alone.
+void ContainerApp::importAndEnd() {
+    auto const file = std::exchange(options.importFile, {});
+    auto result = ExitCode::Done;
+    try {
+        console.say(importFile(file, options.sequence));
+    } catch (ImportError const& error) {
+        console.complain(error.what());
+        result = ExitCode::NotImported;
+    } catch (DatabaseError const& error) {
+        console.complain(error.what());
+        result = ExitCode::NoDatabase;
+    }
+    quit(result);
 }
 
 void ContainerApp::exportChanged(ExportState state, std::string const& message) {

@@ -53,12 +53,13 @@ private:
         void operator()(GMainLoop* ended) const;
     };
 
-    [[nodiscard]] BusPresence::Outcome connect();
     [[nodiscard]] ExitCode openStore();
     void makeWork();
     [[nodiscard]] std::unique_ptr<BusPresence> makePresence();
     void announce();
     void activeSequenceChanged(std::optional<HostSequence> const& sequence);
+    [[nodiscard]] std::string importFile(std::string const& file, std::string const& sequenceKey);
+    void importAndEnd();
     void exportChanged(ExportState state, std::string const& message);
     void busLost();
     void reconnect(std::chrono::milliseconds next);

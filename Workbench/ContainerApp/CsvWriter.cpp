@@ -1,5 +1,7 @@
 #include "Workbench/ContainerApp/CsvWriter.h"
 
+#include "Workbench/ContainerApp/CsvProtection.h"
+
 #include <array>
 #include <charconv>
 #include <string_view>
@@ -31,10 +33,7 @@ std::string inQuotes(std::string_view text) {
 }
 
 std::string fieldOf(std::string_view text) {
-    auto field = std::string{};
-    if (!text.empty() && std::string_view{"=+-@"}.find(text.front()) != std::string_view::npos)
-        field = '\'';
-    field += text;
+    auto const field = protectedFromFormulas(text);
     return field.find_first_of("\",\r\n") == std::string::npos ? field : inQuotes(field);
 }
 
@@ -51,8 +50,8 @@ void CsvWriter::write(TextSink const& sink) const {
 }
 
 std::string CsvWriter::header() {
-    return std::string{byteOrderMark} + "id,timecode,frame,seconds,duration,author,text,resolved" +
-           std::string{lineEnd};
+    return std::string{byteOrderMark} +
+           "id,timecode,frame,seconds,duration,author,text,resolved,parent,colour" + std::string{lineEnd};
 }
 
 std::string CsvWriter::line(Comment const& comment) const {
@@ -65,7 +64,9 @@ std::string CsvWriter::line(Comment const& comment) const {
     }
     line += numberText(comment.start) + ',' + numberText(comment.duration) + ',';
     line += fieldOf(comment.author) + ',' + fieldOf(comment.text) + ',';
-    return line + (comment.resolved ? "true" : "false") + std::string{lineEnd};
+    line += comment.resolved ? "true," : "false,";
+    line += fieldOf(comment.parentId.value_or("")) + ',' + fieldOf(comment.colour.value_or(""));
+    return line + std::string{lineEnd};
 }
 
 } // namespace workbench

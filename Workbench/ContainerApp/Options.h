@@ -14,6 +14,7 @@ enum class ExitCode {
     AlreadyRunning = 3,
     NoBus = 4,
     NoDatabase = 5,
+    NotImported = 6,
 };
 
 // What the command line asks for.
@@ -22,6 +23,8 @@ struct ContainerOptions {
 
     Action action = Action::Run;
     std::string database; // empty: the one in the user's data folder
+    std::string importFile; // a full path; empty: none
+    std::string sequence; // to import into; empty: the active one
     bool window = true;
     bool verbose = false;
 };

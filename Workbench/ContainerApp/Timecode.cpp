@@ -69,6 +69,11 @@ std::int64_t frameAt(double seconds, FrameRate rate) {
     return frame > 0 ? static_cast<std::int64_t>(std::min(frame, 9.0e15)) : 0;
 }
 
+double secondsOf(std::int64_t frame, FrameRate rate) {
+    return static_cast<double>(frame) * static_cast<double>(rate.denominator) /
+           static_cast<double>(rate.numerator);
+}
+
 std::string timecode(std::int64_t frame, FrameCount const& count) {
     auto const day = framesPerDay(count);
     auto number = ((frame + count.firstFrame) % day + day) % day;

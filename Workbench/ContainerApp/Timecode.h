@@ -27,6 +27,9 @@ struct FrameCount {
 // the same time shows: a time may have been rounded down by up to one tick of the editor's 600 in a second.
 [[nodiscard]] std::int64_t frameAt(double seconds, FrameRate rate);
 
+// When frame `frame` of the sequence begins: `frameAt` gives the frame back.
+[[nodiscard]] double secondsOf(std::int64_t frame, FrameRate rate);
+
 // The label of frame `frame` of the sequence: "HH:MM:SS:FF", with ";FF" where labels are dropped. Runs over
 // at 24 h.
 [[nodiscard]] std::string timecode(std::int64_t frame, FrameCount const& count);

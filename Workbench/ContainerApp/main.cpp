@@ -1,5 +1,6 @@
 #include "Workbench/ContainerApp/ContainerApp.h"
 #include "Workbench/ContainerApp/FolderDialog.h"
+#include "Workbench/ContainerApp/ImportService.h"
 #include "Workbench/ContainerApp/MainWindow.h"
 
 #include <glib.h>
@@ -30,15 +31,31 @@ struct Desktop {
     FolderDialog dialog;
 };
 
+// By the one that is running; none when there is none.
+std::optional<ExitCode> importElsewhere(ContainerOptions const& options, Console const& console) {
+    auto sentence = std::string{};
+    auto const answer = askToImport(options.importFile, options.sequence, sentence);
+    if (answer == ImportAnswer::Nobody)
+        return {};
+    if (answer == ImportAnswer::Imported)
+        console.say(sentence);
+    else
+        console.complain(sentence);
+    return answer == ImportAnswer::Imported ? ExitCode::Done : ExitCode::NotImported;
+}
+
 ExitCode run(ContainerOptions const& options) {
     auto const console = Console{options.verbose ? Console::Detail::Verbose : Console::Detail::Quiet};
+    auto const isImport = !options.importFile.empty();
+    if (auto const code = isImport ? importElsewhere(options, console) : std::nullopt)
+        return *code;
     auto desktop = std::optional<Desktop>{};
     auto app = ContainerApp{options, console};
     if (auto const code = app.start(); code != ExitCode::Done)
         return code;
-    if (options.window && startToolkit())
+    if (options.window && !isImport && startToolkit())
         desktop.emplace(app);
-    else if (options.window)
+    else if (options.window && !isImport)
         console.complain("there is no display; running without a window");
     return app.run();
 }

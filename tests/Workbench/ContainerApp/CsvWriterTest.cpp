@@ -30,7 +30,8 @@ std::string line(std::string const& text) {
 } // namespace
 
 TEST(CsvWriter, BeginsWithAByteOrderMarkAndTheNamesOfTheColumns) {
-    EXPECT_EQ(std::string{byteOrderMark} + "id,timecode,frame,seconds,duration,author,text,resolved\r\n",
+    EXPECT_EQ(std::string{byteOrderMark} +
+                  "id,timecode,frame,seconds,duration,author,text,resolved,parent,colour\r\n",
               CsvWriter::header());
 }
 
@@ -39,34 +40,34 @@ TEST(CsvWriter, WritesOneLineForAComment) {
     resolved.resolved = true;
     resolved.duration = 0.1;
     auto const count = FrameCount{{24000, 1001}, 86'400, false};
-    EXPECT_EQ("c1,01:00:12:11,299,12.5,0.1,Ana,Logo too small,true\r\n", line(resolved, count));
+    EXPECT_EQ("c1,01:00:12:11,299,12.5,0.1,Ana,Logo too small,true,,\r\n", line(resolved, count));
 }
 
 TEST(CsvWriter, LeavesFramesOutWithoutARate) {
-    EXPECT_EQ("c1,,,12.5,0,Ana,Logo too small,false\r\n", line("Logo too small"));
+    EXPECT_EQ("c1,,,12.5,0,Ana,Logo too small,false,,\r\n", line("Logo too small"));
 }
 
 TEST(CsvWriter, QuotesWhatWouldBreakALine) {
-    EXPECT_EQ("c1,,,12.5,0,Ana,\"one, two\",false\r\n", line("one, two"));
-    EXPECT_EQ("c1,,,12.5,0,Ana,\"say \"\"no\"\"\",false\r\n", line("say \"no\""));
-    EXPECT_EQ("c1,,,12.5,0,Ana,\"one\ntwo\",false\r\n", line("one\ntwo"));
-    EXPECT_EQ("c1,,,12.5,0,Ana,\"one\rtwo\",false\r\n", line("one\rtwo"));
+    EXPECT_EQ("c1,,,12.5,0,Ana,\"one, two\",false,,\r\n", line("one, two"));
+    EXPECT_EQ("c1,,,12.5,0,Ana,\"say \"\"no\"\"\",false,,\r\n", line("say \"no\""));
+    EXPECT_EQ("c1,,,12.5,0,Ana,\"one\ntwo\",false,,\r\n", line("one\ntwo"));
+    EXPECT_EQ("c1,,,12.5,0,Ana,\"one\rtwo\",false,,\r\n", line("one\rtwo"));
 }
 
 TEST(CsvWriter, MakesNoTextAFormula) {
     for (auto const* text : {"=1+1", "+1", "-1", "@SUM(A1)"})
-        EXPECT_EQ("c1,,,12.5,0,Ana,'" + std::string{text} + ",false\r\n", line(text));
-    EXPECT_EQ("c1,,,12.5,0,Ana,\"'=1,2\",false\r\n", line("=1,2"));
-    EXPECT_EQ("c1,,,12.5,0,Ana,1=1,false\r\n", line("1=1"));
+        EXPECT_EQ("c1,,,12.5,0,Ana,'" + std::string{text} + ",false,,\r\n", line(text));
+    EXPECT_EQ("c1,,,12.5,0,Ana,\"'=1,2\",false,,\r\n", line("=1,2"));
+    EXPECT_EQ("c1,,,12.5,0,Ana,1=1,false,,\r\n", line("1=1"));
     auto named = comment("");
     named.id = "=x";
     named.author = "@ana";
-    EXPECT_EQ("'=x,,,12.5,0,'@ana,,false\r\n", line(named));
+    EXPECT_EQ("'=x,,,12.5,0,'@ana,,false,,\r\n", line(named));
 }
 
 TEST(CsvWriter, WritesNumbersWithoutLosingADigit) {
-    EXPECT_EQ("c1,,,0.04170833333333333,0,Ana,,false\r\n", line(comment("", 1001.0 / 24000)));
-    EXPECT_EQ("c1,,,100000000000000000000,0,Ana,,false\r\n", line(comment("", 1e20)));
+    EXPECT_EQ("c1,,,0.04170833333333333,0,Ana,,false,,\r\n", line(comment("", 1001.0 / 24000)));
+    EXPECT_EQ("c1,,,100000000000000000000,0,Ana,,false,,\r\n", line(comment("", 1e20)));
 }
 
 TEST(CsvWriter, CountsFramesAndLabelsThemAsMltDoes) {
@@ -95,7 +96,7 @@ TEST(CsvWriter, CarriesAnyTextAsItWasTyped) {
         comments.push_back(comment(text));
     auto const rows = readBack("table", written(CsvWriter{FrameCount{{25, 1}, 0, false}, comments}));
     EXPECT_EQ(Json(texts), each(rows, "text"));
-    EXPECT_EQ(8U, rows.at(0).size());
+    EXPECT_EQ(10U, rows.at(0).size());
 }
 
 TEST(CsvWriter, WritesManyRows) {

@@ -58,7 +58,20 @@ TEST_F(DocumentTest, TellsHowToSendACommentAndToAskForMarkers) {
               outputOf(documentedLine("busctl --user call")));
     EXPECT_EQ("(uint64 1, [{'id': <'c1'>, 'start': <12.5>, 'duration': <0.0>, 'text': <'Logo too small'>, "
               "'author': <''>, 'colour': <''>, 'resolved': <false>}])\n",
-              outputOf(documentedLine("gdbus call")));
+              outputOf(documentedLine("gdbus call --session --dest com.zelvix.fcp.Container --object-path "
+                                      "/com/zelvix/fcp/Markers")));
+}
+
+TEST_F(DocumentTest, TellsHowToImport) {
+    auto line = documentedLine("gdbus call --session --dest com.zelvix.fcp.Container --object-path "
+                               "/com/zelvix/fcp/Container");
+    auto const named = std::string{"/home/me/comments.csv"};
+    auto const file = folder / "comments.csv";
+    writeFile(file, "id,seconds,text\nc1,12.5,Logo too small\n");
+    ASSERT_NE(std::string::npos, line.find(named));
+    EXPECT_EQ("('imported 1 comment: 1 new, 0 changed, 0 known already',)\n",
+              outputOf(line.replace(line.find(named), named.size(), file)));
+    EXPECT_EQ("reel-1|c1|12.5|Logo too small\n", outputOf(documentedLine("sqlite3")));
 }
 
 TEST_F(DocumentTest, TellsHowToReadTheStore) {

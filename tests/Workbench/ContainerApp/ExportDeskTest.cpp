@@ -68,30 +68,30 @@ TEST_F(ExportDeskTest, ExportsTheActiveSequenceWithExactFrames) {
     sequence.dropFrame = true;
     store.sequences.setActive(sequence);
     add({{"id", "a"}, {"seconds", 60.06}, {"text", "Logo"}, {"author", "Ana"}});
-    EXPECT_EQ(CsvWriter::header() + "a,01:01:00;02,1800,60.06,0,Ana,Logo,false\r\n", exported(settings()));
+    EXPECT_EQ(CsvWriter::header() + "a,01:01:00;02,1800,60.06,0,Ana,Logo,false,,\r\n", exported(settings()));
     EXPECT_EQ("Reel 1.csv", folder.names());
     store.sequences.setActive({});
-    EXPECT_EQ(CsvWriter::header() + "a,01:01:00;02,1800,60.06,0,Ana,Logo,false\r\n",
+    EXPECT_EQ(CsvWriter::header() + "a,01:01:00;02,1800,60.06,0,Ana,Logo,false,,\r\n",
               exported(settings({{"sequenceId", "one"}})));
 }
 
 TEST_F(ExportDeskTest, TakesThePagesRateOnlyWhenNobodyKnowsABetterOne) {
     add({{"id", "a"}, {"seconds", 3600}});
-    EXPECT_EQ(CsvWriter::header() + "a,00:59:56:09,86313,3600,0,,,false\r\n",
+    EXPECT_EQ(CsvWriter::header() + "a,00:59:56:09,86313,3600,0,,,false,,\r\n",
               exported(settings({{"frameRate", 23.98}})));
     auto sequence = HostSequence{};
     sequence.key = defaultSequence;
     sequence.rate = FrameRate{25, 1};
     store.sequences.setActive(sequence);
-    EXPECT_EQ(CsvWriter::header() + "a,01:00:00:00,90000,3600,0,,,false\r\n",
+    EXPECT_EQ(CsvWriter::header() + "a,01:00:00:00,90000,3600,0,,,false,,\r\n",
               exported(settings({{"frameRate", 23.98}})));
 }
 
 TEST_F(ExportDeskTest, BeginsAtTheTimecodeThatThePageWants) {
     add({{"id", "a"}, {"seconds", 1}});
-    EXPECT_EQ(CsvWriter::header() + "a,10:00:01:00,25,1,0,,,false\r\n",
+    EXPECT_EQ(CsvWriter::header() + "a,10:00:01:00,25,1,0,,,false,,\r\n",
               exported(settings({{"frameRate", 25}, {"timecodeStart", "10:00:00:00"}})));
-    EXPECT_EQ(CsvWriter::header() + "a,10:00:01;00,30,1.001,0,,,false\r\n",
+    EXPECT_EQ(CsvWriter::header() + "a,10:00:01;00,30,1.001,0,,,false,,\r\n",
               (add({{"id", "a"}, {"seconds", 1.001}}),
                exported(settings({{"frameRate", 29.97}, {"timecodeStart", "10:00:00;00"}}))));
 }
