@@ -1,5 +1,6 @@
 #include "Workbench/ContainerApp/Database.h"
 
+#include <filesystem>
 #include <sqlite3.h>
 
 namespace workbench {
@@ -12,6 +13,28 @@ constexpr int busyMilliseconds = 5000;
 // One thread needs no locks of its own.
 constexpr int openFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
 
+char const* wayOut(int status) {
+    switch (status & 0xFF) { // the rest tells where it was found
+    case SQLITE_FULL:
+        return "; nothing that was kept is lost: make room on the disk, and try again";
+    case SQLITE_CANTOPEN:
+    case SQLITE_READONLY:
+        return "; let this user write the file and its folder, or take another one with --database";
+    default:
+        return "";
+    }
+}
+
+bool hasLog(std::string const& file) {
+    auto error = std::error_code{};
+    auto const size = std::filesystem::file_size(file + "-wal", error);
+    return !error && size > 0;
+}
+
+void setLogIsKept(sqlite3* handle, int isKept) {
+    sqlite3_db_config(handle, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, isKept, nullptr);
+}
+
 } // namespace
 
 void Database::Close::operator()(sqlite3* handle) const {
@@ -19,13 +42,16 @@ void Database::Close::operator()(sqlite3* handle) const {
 }
 
 Database::Database(std::string const& file) {
+    auto const isLeftBehind = hasLog(file);
     sqlite3* handle = nullptr;
     auto const status = sqlite3_open_v2(file.c_str(), &handle, openFlags, nullptr);
     connection.reset(handle);
     if (status != SQLITE_OK)
         fail("cannot open " + file);
     if (sqlite3_db_readonly(handle, "main") == 1)
-        throw DatabaseError("cannot write " + file);
+        throw DatabaseError("cannot write " + file + wayOut(SQLITE_READONLY));
+    // What a killed program left in the log is taken in at the close; a stranger's is to stay where it is.
+    setLogIsKept(handle, isLeftBehind ? 1 : 0);
     sqlite3_extended_result_codes(handle, 1);
     sqlite3_busy_timeout(handle, busyMilliseconds);
 }
@@ -33,6 +59,10 @@ Database::Database(std::string const& file) {
 void Database::execute(std::string const& sql) {
     if (sqlite3_exec(handle(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
         fail("cannot use the database");
+}
+
+void Database::adopt() {
+    setLogIsKept(handle(), 0);
 }
 
 void Database::takeLogIn() {
@@ -44,7 +74,9 @@ void Database::emptyLog() {
 }
 
 void Database::fail(std::string const& whatFailed) const {
-    throw DatabaseError(whatFailed + ": " + (connection ? sqlite3_errmsg(handle()) : "out of memory"));
+    if (!connection)
+        throw DatabaseError(whatFailed + ": out of memory");
+    throw DatabaseError(whatFailed + ": " + sqlite3_errmsg(handle()) + wayOut(sqlite3_errcode(handle())));
 }
 
 Transaction::Transaction(Database& theDatabase)

@@ -18,13 +18,17 @@ public:
 // The one connection to the store. It and all that hangs from it stay on the thread that opened it.
 class Database {
 public:
-    // Creates the file when it is missing; its folder must exist. Nothing is written to a file that is there.
+    // Creates the file when it is missing; its folder must exist. Nothing is written to a file that is there,
+    // nor to its log, until it is adopted.
     explicit Database(std::string const& file);
 
     Database(Database const&) = delete;
     Database& operator=(Database const&) = delete;
 
     [[nodiscard]] sqlite3* handle() const { return connection.get(); }
+
+    // The file is ours: what a killed program left in its log may be taken in.
+    void adopt();
 
     // Runs one or several statements that take no values and give no rows.
     void execute(std::string const& sql);

@@ -20,7 +20,7 @@ public:
     using pointer = char const*;
     using reference = char const&;
 
-    CountingIterator(char const* theAt, std::size_t& theLine)
+    CountingIterator(std::string_view::const_iterator theAt, std::size_t& theLine)
         : at{theAt}
         , line{&theLine} {}
 
@@ -35,7 +35,7 @@ public:
     friend bool operator==(CountingIterator const& a, CountingIterator const& b) { return a.at == b.at; }
 
 private:
-    char const* at;
+    std::string_view::const_iterator at;
     std::size_t* line;
 };
 
@@ -53,8 +53,8 @@ Guides parse(std::string_view text) {
             guides.lines.push_back(line);
         return true;
     };
-    guides.list = Json::parse(CountingIterator{text.data(), line},
-                              CountingIterator{text.data() + text.size(), atEnd}, note, false);
+    guides.list =
+        Json::parse(CountingIterator{text.begin(), line}, CountingIterator{text.end(), atEnd}, note, false);
     if (guides.list.is_discarded())
         throw ImportError(line, "the text is no JSON from here on: export the guides once more");
     if (!guides.list.is_array() || guides.lines.size() != guides.list.size())

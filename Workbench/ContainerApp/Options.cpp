@@ -48,7 +48,8 @@ std::optional<ContainerOptions> readOptions(std::vector<std::string> const& argu
         } else if (*argument == "--verbose") {
             options.verbose = true;
         } else if (auto const* const option = findValueOption(*argument)) {
-            if (++argument == arguments.end() || argument->empty()) {
+            ++argument;
+            if (argument == arguments.end() || argument->empty()) {
                 problem = std::string{option->name} + " needs " + std::string{option->value};
                 return {};
             }

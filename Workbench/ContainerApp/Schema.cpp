@@ -106,6 +106,7 @@ std::span<char const* const> schemaSteps() {
 void prepareSchema(Database& database, std::span<char const* const> steps) {
     auto const known = static_cast<std::int64_t>(steps.size());
     refuseStrangers(database, known);
+    database.adopt();
     // NORMAL: what was answered outlives every end of the program; a power failure may take the last moments,
     // never the file. FULL would hold each answer back for the disk, some 8 ms. The program takes the log in
     // when it is idle; only a log of some 40 MB is taken in by a write. Sorting in memory: reading must go on

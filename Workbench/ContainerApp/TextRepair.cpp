@@ -20,7 +20,7 @@ std::string carriedByBus(std::string const& text) {
     auto carried = std::string{};
     auto const* const end = text.data() + text.size();
     for (auto const* at = text.data(); at < end;) {
-        auto const* const next = g_utf8_next_char(at);
+        auto const* const next = g_utf8_find_next_char(at, nullptr);
         if (isCarried(g_utf8_get_char(at)))
             carried.append(at, next);
         else

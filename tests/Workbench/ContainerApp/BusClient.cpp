@@ -94,9 +94,16 @@ std::size_t BusClient::answerCount() const {
 }
 
 void BusClient::settle() {
+    settleWith(containerName, markersPath);
+}
+
+void BusClient::settleWithBus() {
+    settleWith("org.freedesktop.DBus", "/org/freedesktop/DBus");
+}
+
+void BusClient::settleWith(char const* destination, char const* path) {
     auto error = std::string{};
-    std::ignore =
-        call(*bus, bus->methodCall(containerName, markersPath, "org.freedesktop.DBus.Peer", "Ping"), error);
+    std::ignore = call(*bus, bus->methodCall(destination, path, "org.freedesktop.DBus.Peer", "Ping"), error);
     EXPECT_EQ("", error);
     while (sd_bus_process(bus->handle(), nullptr) > 0) {
     }

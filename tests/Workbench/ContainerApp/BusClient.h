@@ -44,6 +44,9 @@ public:
     // Waits until the container has dealt with all that was sent to it and its answers have come.
     void settle();
 
+    // Waits until all has come that others had sent before; they may be gone.
+    void settleWithBus();
+
     // Serves the connection until `condition` holds; false when it does not within 20 seconds.
     [[nodiscard]] bool waitFor(std::function<bool()> const& condition);
 
@@ -55,6 +58,8 @@ public:
     [[nodiscard]] Bus& connection() { return *bus; }
 
 private:
+    void settleWith(char const* destination, char const* path);
+
     std::unique_ptr<Bus> bus;
     std::map<std::string, std::vector<Json>> results;
     std::vector<Change> heardChanges;

@@ -1,9 +1,14 @@
 #include "Workbench/ContainerApp/ContainerProcess.h"
 
+#include <cerrno>
 #include <csignal>
+#include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <linux/capability.h>
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -19,8 +24,32 @@ void redirect(std::string const& file, int descriptor) {
     ::close(opened);
 }
 
+void refuse(char const* what) {
+    std::fprintf(stderr, "the tests need to %s: %s\n", what, std::strerror(errno));
+    ::_exit(126);
+}
+
+// In a name space of its own, which goes with the process. It takes the right to mount, which a user name
+// space gives to everybody where the system allows one.
+void mount(Disk const& disk) {
+    auto const spaces = CLONE_NEWNS | (::geteuid() == 0 ? 0 : CLONE_NEWUSER);
+    if (::unshare(spaces) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        refuse("make a name space for mounts");
+    auto const* const folder = disk.folder.c_str();
+    auto const size = "size=" + std::to_string(disk.size);
+    auto const isMounted =
+        disk.kind == Disk::Kind::Small
+            ? ::mount("none", folder, "tmpfs", 0, size.c_str()) == 0
+            : ::mount(folder, folder, nullptr, MS_BIND, nullptr) == 0 &&
+                  ::mount(nullptr, folder, nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr) == 0;
+    if (!isMounted)
+        refuse("mount a disk");
+}
+
 // In the child.
 void apply(ProcessLimits const& limits) {
+    if (limits.disk)
+        mount(*limits.disk);
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (limits.obeysPermissions)
         for (auto const capability : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH, CAP_FOWNER})

@@ -17,9 +17,19 @@ inline constexpr auto usualPatience = std::chrono::seconds{20};
 [[nodiscard]] bool waitUntil(std::function<bool()> const& condition,
                              std::chrono::seconds patience = usualPatience);
 
+// What a program sees in the place of a folder, while all others see what is there.
+struct Disk {
+    enum class Kind { Small, ReadOnly };
+
+    std::string folder;
+    Kind kind = Kind::Small;
+    unsigned long size = 0; // in bytes, of a small one, which is empty
+};
+
 struct ProcessLimits {
     bool obeysPermissions = false; // also where the tests run as root
     std::optional<unsigned long> fileSize; // in bytes; a write beyond it fails
+    std::optional<Disk> disk = {};
 };
 
 // The real program as a process of its own. Killed when its owner goes.
@@ -33,6 +43,11 @@ public:
 
     // Waits for the start-up line.
     [[nodiscard]] bool isReady();
+
+    // Where others find a file as this program sees it.
+    [[nodiscard]] std::string seen(std::string const& file) const {
+        return "/proc/" + std::to_string(process) + "/root" + file;
+    }
 
     void signal(int number) const;
 

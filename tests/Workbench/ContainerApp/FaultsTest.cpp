@@ -256,9 +256,10 @@ TEST_F(FaultsTest, SaysWhyADatabaseCannotBeOpened) {
     container.reset();
     auto complaint = std::string{};
     EXPECT_EQ(5, exitCodeOf({"--no-window", "--database", "/proc/nowhere/x.sqlite"}, complaint));
-    EXPECT_EQ("zelvix-container: /proc/nowhere/x.sqlite: cannot open /proc/nowhere/x.sqlite: unable to open "
-              "database file\n",
-              complaint);
+    EXPECT_EQ(
+        "zelvix-container: /proc/nowhere/x.sqlite: cannot open /proc/nowhere/x.sqlite: unable to open "
+        "database file; let this user write the file and its folder, or take another one with --database\n",
+        complaint);
     std::filesystem::create_directory(folder / "closed");
     std::filesystem::permissions(folder / "closed",
                                  std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
@@ -266,7 +267,9 @@ TEST_F(FaultsTest, SaysWhyADatabaseCannotBeOpened) {
               exitCodeOf({"--no-window", "--database", folder / "closed/x.sqlite"}, complaint, {true, {}}));
     std::filesystem::permissions(database, std::filesystem::perms::owner_read);
     EXPECT_EQ(5, exitCodeOf({"--no-window", "--database", database}, complaint, {true, {}}));
-    EXPECT_EQ("zelvix-container: " + database + ": cannot write " + database + "\n", complaint);
+    EXPECT_EQ("zelvix-container: " + database + ": cannot write " + database +
+                  "; let this user write the file and its folder, or take another one with --database\n",
+              complaint);
 }
 
 TEST_F(FaultsTest, SaysWhatIsWrongWithItsArguments) {

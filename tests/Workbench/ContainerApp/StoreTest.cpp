@@ -418,6 +418,39 @@ TEST(Schema, RefusesANewerDatabaseAndLeavesItUntouched) {
     EXPECT_EQ("x", folder.names());
 }
 
+TEST(Schema, RefusesANewerDatabaseAndLeavesTheLogThatAKilledProgramLeft) {
+    auto const folder = TemporaryFolder{};
+    auto const file = folder / "x";
+    {
+        auto const store = Store{file};
+    }
+    std::ignore = outputOf("sqlite3 '" + file +
+                           "' '.dbconfig no_ckpt_on_close on' 'PRAGMA user_version = 99' "
+                           "'CREATE TABLE newer(x)'");
+    auto const before = contentsOf(file);
+    auto const log = contentsOf(file + "-wal");
+    ASSERT_NE("", log);
+    EXPECT_THROW(Store{file}, DatabaseError);
+    EXPECT_EQ(before, contentsOf(file));
+    EXPECT_EQ(log, contentsOf(file + "-wal"));
+    EXPECT_EQ("99\nnewer\n", outputOf("sqlite3 '" + file +
+                                      "' 'PRAGMA user_version' \"SELECT name FROM sqlite_schema WHERE name = "
+                                      "'newer'\""));
+}
+
+TEST(Schema, TakesInTheLogThatItsOwnKilledProgramLeft) {
+    auto const folder = TemporaryFolder{};
+    auto const file = folder / "x";
+    {
+        auto const store = Store{file};
+    }
+    std::ignore = outputOf("sqlite3 '" + file +
+                           "' '.dbconfig no_ckpt_on_close on' \"INSERT INTO settings VALUES('a', 'b')\"");
+    ASSERT_NE("", contentsOf(file + "-wal"));
+    EXPECT_EQ("b", Store{file}.settings.value("a"));
+    EXPECT_EQ("x", folder.names());
+}
+
 TEST(Schema, RefusesAnotherProgramsDatabaseAndLeavesItUntouched) {
     auto const folder = TemporaryFolder{};
     auto const file = folder / "x";
