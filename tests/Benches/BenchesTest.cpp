@@ -93,6 +93,16 @@ TEST(Benches, MeasureTheStartAndTheMemory) {
                                      "memory of the web processes (PSS)"});
 }
 
+#if defined(BENCH_STORE)
+TEST(Benches, MeasureTheStore) {
+    expectMeasures("bench-store", {"all of 2000 comments into the store", "marker lookup among 2000"});
+}
+
+TEST(Benches, MeasureTheWayFromThePageIntoTheStore) {
+    expectMeasures("bench-syncstore", {"syncAllComments with 500, from the page into the store"});
+}
+#endif
+
 TEST(Benches, FailInsteadOfMeasuringWhereThereIsNoBus) {
     auto const outcome =
         run("bench-container", {"--quick"}, {{"DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent"}});

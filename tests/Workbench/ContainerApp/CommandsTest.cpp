@@ -116,6 +116,22 @@ TEST_F(CommandsTest, SyncAllCommentsReplacesTheList) {
     EXPECT_EQ("0\n", sql("SELECT count(*) FROM comments"));
 }
 
+TEST_F(CommandsTest, SyncAllCommentsKeepsTwentyThousandAtOnce) {
+    auto list = Json::array();
+    for (auto number = 0; number < 20'000; ++number)
+        list.push_back({{"id", "comment-" + std::to_string(number)},
+                        {"seconds", 1.5 * number},
+                        {"author", "A. Reviewer"},
+                        {"text", "The grade drifts here, compare with the take before."}});
+    EXPECT_EQ(true, client.request("syncAllComments", {{"comments", list}}));
+    EXPECT_EQ("20000\n", sql("SELECT count(*) FROM comments"));
+    EXPECT_EQ(20'000U, client.markers("default")["markers"].size());
+    EXPECT_TRUE(waitUntil([&] {
+        auto const line = container->output().find("syncAllComments req-");
+        return line != std::string::npos && container->output().find(" ms)", line) != std::string::npos;
+    }));
+}
+
 TEST_F(CommandsTest, SyncAllCommentsKeepsTheOldListWhenOneEntryIsInvalid) {
     ASSERT_EQ(yes, sync(comment("a", 1)));
     for (auto const& entry :
