@@ -81,7 +81,7 @@ TEST_F(ExporterTest, WritesAFileAndNothingElse) {
     EXPECT_EQ(ExportState::Done, outcome.state);
     EXPECT_EQ(folder / "x.csv", outcome.path);
     EXPECT_EQ("x.csv", folder.names());
-    EXPECT_EQ(CsvWriter::header() + "c0,,,0,0,,,false\r\nc1,,,0,0,,,false\r\nc2,,,0,0,,,false\r\n",
+    EXPECT_EQ(CsvWriter::header() + "c0,,,0,0,,,false,,\r\nc1,,,0,0,,,false,,\r\nc2,,,0,0,,,false,,\r\n",
               contentsOf(outcome.path));
 }
 
