@@ -32,6 +32,8 @@ constexpr auto idleDelay = 1000ms;
 constexpr auto shortestRefreshDelay = 100ms;
 constexpr auto refreshShare = 10;
 
+constexpr auto progressStep = 100ms;
+
 int endAsked(void* app) {
     static_cast<ContainerApp*>(app)->requestEnd();
     return G_SOURCE_CONTINUE;
@@ -148,6 +150,36 @@ ExitCode ContainerApp::run() {
     return code;
 }
 
+void ContainerApp::showSequence(std::string const& key) {
+    shown = key == store->sequences.activeKey() ? std::string{} : key;
+    refresh();
+}
+
+void ContainerApp::startExport(std::string const& format) {
+    attempt([&] {
+        if (auto const refusal = work->exports.start({{"format", format}, {"sequenceId", shownKey()}}))
+            complain("the export was not started: " + *refusal);
+    });
+}
+
+void ContainerApp::cancelExport() {
+    work->exports.cancel([](bool) {});
+}
+
+void ContainerApp::chooseFolder() {
+    attempt([this] { work->folders.choose([this](std::optional<std::string> const&) { refresh(); }); });
+}
+
+void ContainerApp::import(std::string const& file) {
+    attempt([&] {
+        try {
+            viewer.tell(importFile(file, shownKey()));
+        } catch (ImportError const& error) {
+            complain(error.what());
+        }
+    });
+}
+
 void ContainerApp::requestEnd() {
     if (!work->exporter.isRunning())
         quit(ExitCode::Done);
@@ -205,7 +237,20 @@ void ContainerApp::importAndEnd() {
     quit(result);
 }
 
+std::string ContainerApp::shownKey() {
+    return shown.empty() ? store->sequences.activeKey() : shown;
+}
+
+void ContainerApp::showProgress() {
+    auto const progress = work->exports.progress();
+    if (viewer.progress)
+        viewer.progress(progress);
+    if (progress)
+        progressTimer.start(progressStep, [this] { showProgress(); });
+}
+
 void ContainerApp::exportChanged(ExportState state, std::string const& message) {
+    showProgress();
     if (state == ExportState::Running)
         exportBegunAt = Clock::now();
     auto const isOver = state == ExportState::Done || state == ExportState::Cancelled;
@@ -268,7 +313,7 @@ void ContainerApp::refresh() {
         return;
     refreshTimer.start(refreshDelay, [this] {
         auto const begunAt = Clock::now();
-        attempt([this] { viewer.show(readWindowContent(*store)); });
+        attempt([this] { viewer.show(readWindowContent(*store, shown)); });
         auto const cost = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begunAt);
         refreshDelay = std::max<std::chrono::milliseconds>(shortestRefreshDelay, refreshShare * cost);
     });

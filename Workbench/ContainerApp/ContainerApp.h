@@ -13,6 +13,8 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 using GMainLoop = struct _GMainLoop;
 
@@ -26,6 +28,9 @@ public:
         std::function<void(WindowContent const&)> show;
         std::function<void(std::string const& sentence)> complain;
         FolderChooser::Dialog chooseFolder;
+        std::function<void(std::string const& sentence)> tell = {};
+        // From 0 to 1 while an export runs, else none.
+        std::function<void(std::optional<double>)> progress = {};
     };
 
     ContainerApp(ContainerOptions options, Console const& console);
@@ -42,6 +47,14 @@ public:
 
     // Answers commands until it is told to end.
     [[nodiscard]] ExitCode run();
+
+    // What a person asks for in the window. The sequence that is shown is the active one unless another one
+    // was asked for.
+    void showSequence(std::string const& key);
+    void startExport(std::string const& format);
+    void cancelExport();
+    void chooseFolder();
+    void import(std::string const& file);
 
     // Brings what runs to its end, then ends `run`.
     void requestEnd();
@@ -60,6 +73,8 @@ private:
     void activeSequenceChanged(std::optional<HostSequence> const& sequence);
     [[nodiscard]] std::string importFile(std::string const& file, std::string const& sequenceKey);
     void importAndEnd();
+    [[nodiscard]] std::string shownKey();
+    void showProgress();
     void exportChanged(ExportState state, std::string const& message);
     void busLost();
     void reconnect(std::chrono::milliseconds next);
@@ -74,12 +89,14 @@ private:
     ContainerOptions options;
     Console const& console;
     Viewer viewer;
+    std::string shown; // the sequence that a person asked for; empty: the active one
     std::unique_ptr<GMainLoop, UnrefLoop> loop;
     std::unique_ptr<Store> store;
     std::unique_ptr<BusPresence> presence;
     std::unique_ptr<Work> work; // goes first: what it owes is still answered
     Timer idleTimer;
     Timer refreshTimer;
+    Timer progressTimer;
     Timer reconnectTimer;
     Timer patienceTimer;
     std::chrono::milliseconds refreshDelay{0};

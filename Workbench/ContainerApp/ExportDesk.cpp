@@ -3,6 +3,7 @@
 #include "Workbench/ContainerApp/CommentList.h"
 #include "Workbench/ContainerApp/ExportFormat.h"
 
+#include <algorithm>
 #include <sys/stat.h>
 #include <unordered_set>
 #include <utility>
@@ -79,11 +80,19 @@ std::string ExportDesk::begin(ExportSettings const& wanted, ExportFormat const& 
     auto const content = contentFor(sequence, comments.comments(key), wanted);
     checkRate(content, format);
     auto const count = content.comments.size();
+    expectedPieces = count + 1; // a beginning, and about one for each
     auto job = ExportJob{
         .file = OutputFile{folder, name}, .writer = format.writerFor(content), .onExists = wanted.onExists};
     auto const id = history.begin(sequences.find(key), std::string{format.name});
     exporter.start(std::move(job), [this, id](ExportOutcome const& outcome) { finish(id, outcome); });
     return "exporting " + std::to_string(count) + " comments to " + folder + "/" + name;
+}
+
+std::optional<double> ExportDesk::progress() const {
+    if (!exporter.isRunning())
+        return {};
+    auto const share = static_cast<double>(exporter.pieces()) / static_cast<double>(expectedPieces);
+    return std::min(share, 1.0);
 }
 
 void ExportDesk::cancel(std::function<void(bool)> answer) {

@@ -31,6 +31,9 @@ public:
     // None when the export has started, else why it has not.
     [[nodiscard]] std::optional<std::string> start(Json const& wanted);
 
+    // From 0 to 1 while an export runs.
+    [[nodiscard]] std::optional<double> progress() const;
+
     // Answers once nothing is left of the export: true when one ran and no file came of it.
     void cancel(std::function<void(bool)> answer);
 
@@ -45,6 +48,7 @@ private:
     ExportHistory& history;
     Exporter& exporter;
     Observer observer;
+    std::size_t expectedPieces = 1; // of what runs
     std::vector<std::function<void(bool)>> waiting; // for the end of a cancelled export
 };
 

@@ -21,19 +21,23 @@ std::unique_ptr<CommentWriter> onTimeline(ExportContent const& content) {
 }
 
 constexpr std::array formats{
-    ExportFormat{"csv", ".csv", false,
+    ExportFormat{"csv", "Table (CSV)", ".csv", false,
                  [](ExportContent const& content) -> std::unique_ptr<CommentWriter> {
                      return std::make_unique<CsvWriter>(content.count, content.comments);
                  }},
-    ExportFormat{"edl", ".edl", true, onTimeline<EdlWriter>},
-    ExportFormat{"fcpxml", ".fcpxml", true, onTimeline<FcpxmlWriter>},
-    ExportFormat{"ffmetadata", ".ffmeta", true, onTimeline<FfmetadataWriter>},
-    ExportFormat{"kdenlive", ".json", true, onTimeline<KdenliveWriter>},
-    ExportFormat{"shotcut", ".mlt", true, onTimeline<ShotcutWriter>},
-    ExportFormat{"webvtt", ".vtt", true, onTimeline<WebVttWriter>},
+    ExportFormat{"edl", "Edit decision list (EDL)", ".edl", true, onTimeline<EdlWriter>},
+    ExportFormat{"fcpxml", "FCPXML", ".fcpxml", true, onTimeline<FcpxmlWriter>},
+    ExportFormat{"ffmetadata", "Chapters for FFmpeg", ".ffmeta", true, onTimeline<FfmetadataWriter>},
+    ExportFormat{"kdenlive", "Guides for Kdenlive", ".json", true, onTimeline<KdenliveWriter>},
+    ExportFormat{"shotcut", "Project for Shotcut", ".mlt", true, onTimeline<ShotcutWriter>},
+    ExportFormat{"webvtt", "Chapters (WebVTT)", ".vtt", true, onTimeline<WebVttWriter>},
 };
 
 } // namespace
+
+std::span<ExportFormat const> exportFormats() {
+    return formats;
+}
 
 ExportFormat const* findExportFormat(std::string_view name) {
     auto const* const found = std::ranges::find(formats, name, &ExportFormat::name);

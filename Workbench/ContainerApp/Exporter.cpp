@@ -26,13 +26,15 @@ class Stopped : public std::exception {};
 // Between a writer and its file: hands on whole pieces until the export is cancelled.
 class Spool {
 public:
-    Spool(OutputFile& theFile, std::atomic<Stage> const& theStage)
+    Spool(OutputFile& theFile, std::atomic<Stage> const& theStage, std::atomic<std::size_t>& thePieces)
         : file{theFile}
-        , stage{theStage} {}
+        , stage{theStage}
+        , pieces{thePieces} {}
 
     void put(std::string_view text) {
         if (stage == Stage::Cancelled)
             throw Stopped{};
+        ++pieces;
         piece += text;
         if (piece.size() >= pieceSize)
             handOn();
@@ -51,12 +53,13 @@ private:
 
     OutputFile& file;
     std::atomic<Stage> const& stage;
+    std::atomic<std::size_t>& pieces;
     std::string piece;
 };
 
-ExportOutcome perform(ExportJob job, std::atomic<Stage>& stage) {
+ExportOutcome perform(ExportJob job, std::atomic<Stage>& stage, std::atomic<std::size_t>& pieces) {
     try {
-        auto spool = Spool{job.file, stage};
+        auto spool = Spool{job.file, stage, pieces};
         job.writer->write([&spool](std::string_view text) { spool.put(text); });
         spool.finish();
         if (!advance(stage, Stage::Publishing))
@@ -73,6 +76,7 @@ ExportOutcome perform(ExportJob job, std::atomic<Stage>& stage) {
 
 struct Exporter::Run {
     std::atomic<Stage> stage = Stage::Writing;
+    std::atomic<std::size_t> pieces = 0;
     Done done;
 };
 
@@ -86,11 +90,15 @@ Exporter::~Exporter() {
         thread.join();
 }
 
+std::size_t Exporter::pieces() const {
+    return run ? run->pieces.load() : 0;
+}
+
 void Exporter::start(ExportJob job, Done done) {
     run = std::make_shared<Run>();
     run->done = std::move(done);
     thread = std::thread([this, job = std::move(job), started = run, weak = std::weak_ptr{run}]() mutable {
-        auto const outcome = perform(std::move(job), started->stage);
+        auto const outcome = perform(std::move(job), started->stage, started->pieces);
         started.reset();
         post([this, weak, outcome] {
             // Alive as long as the exporter has not gone and waits for this very run.

@@ -41,6 +41,9 @@ public:
 
     [[nodiscard]] bool isRunning() const { return run != nullptr; }
 
+    // How many pieces of its text what runs has written; 0 when nothing runs.
+    [[nodiscard]] std::size_t pieces() const;
+
     // Nothing may run.
     void start(ExportJob job, Done done);
 

@@ -1,11 +1,18 @@
 #include "Workbench/ContainerApp/MainWindow.h"
 
+#include "Workbench/ContainerApp/Widgets.h"
+
+#include <gdk/gdkkeysyms.h>
 #include <gtk/gtk.h>
 #include <gtkmm/columnviewcolumn.h>
 #include <gtkmm/cssprovider.h>
 #include <gtkmm/init.h>
 #include <gtkmm/noselection.h>
 #include <gtkmm/settings.h>
+#include <gtkmm/shortcut.h>
+#include <gtkmm/shortcutaction.h>
+#include <gtkmm/shortcutcontroller.h>
+#include <gtkmm/shortcuttrigger.h>
 #include <gtkmm/signallistitemfactory.h>
 #include <gtkmm/stylecontext.h>
 
@@ -17,30 +24,51 @@ namespace workbench {
 
 namespace {
 
-// The panel's own colours, so that the two windows look like one thing.
+// The colours of the editor and the panel, so that the windows look like one thing.
 constexpr char const* styleSheet = R"(
-window.container { background-color: rgb(23, 23, 20); color: rgb(232, 230, 224); }
-.container .sequence { font-size: 17px; font-weight: 600; }
-.container .quiet { color: rgb(150, 147, 138); }
+window.container { background-color: #171714; color: #d9d6cb; }
+.container .quiet { color: #9a988d; }
 .container columnview, .container columnview > listview, .container list, .container row {
-    background-color: transparent; color: rgb(232, 230, 224); }
+    background-color: transparent; color: #d9d6cb; }
 .container columnview > header > button {
-    background: none; box-shadow: none; border: none; border-bottom: 1px solid rgb(48, 48, 43);
-    padding: 6px 16px; font-size: 11px; font-weight: 600; color: rgb(150, 147, 138); }
-.container columnview > listview > row { padding: 0; border-bottom: 1px solid rgb(34, 34, 30); }
+    background: none; box-shadow: none; border: none; border-bottom: 1px solid #2b2b27;
+    padding: 6px 16px; font-size: 0.8em; font-weight: 600; color: #9a988d; }
+.container columnview > listview > row { padding: 0; border-bottom: 1px solid #22221e; }
 .container columnview > listview > row > cell { padding: 9px 16px; border: none; }
-.container columnview > listview > row:hover { background-color: rgb(31, 31, 28); }
-.container .time { font-feature-settings: "tnum"; color: rgb(190, 187, 178); }
-.container .author { color: rgb(190, 187, 178); }
-.container .resolved { color: rgb(120, 118, 110); text-decoration: line-through; }
-.container .exports { border-top: 1px solid rgb(48, 48, 43); padding: 10px 16px 12px 16px; }
+.container columnview > listview > row:hover { background-color: #1f1f1c; }
+.container .time { font-feature-settings: "tnum"; color: #bebbb2; }
+.container .author { color: #bebbb2; }
+.container .resolved { color: #9a988d; text-decoration: line-through; }
+.container .top { padding: 12px 16px; }
+.container .exports { background-color: #1b1b18; border-top: 1px solid #2b2b27; padding: 12px 16px; }
 .container .exports list > row { padding: 3px 0; min-height: 0; }
-.container .failed { color: rgb(224, 102, 82); }
-.container .problem { background-color: rgb(58, 33, 27); color: rgb(246, 214, 206); padding: 8px 16px; }
+.container button {
+    color: #d9d6cb; background: #2b2b27; border: none; box-shadow: none; text-shadow: none; min-height: 26px;
+    padding: 0 12px; border-radius: 6px; }
+.container button:hover { background: #34342f; }
+.container button:active, .container button:checked { background: #3d3d37; color: #f0eee4; }
+.container button:disabled { color: #6e6c63; background: #22221e; }
+.container button.suggested { background: #3d4650; color: #f0eee4; }
+.container button.suggested:hover { background: #4a5561; }
+.container button.suggested:disabled { background: #22221e; color: #6e6c63; }
+.container button:focus-visible, .container row:focus-visible { outline: 1px solid #7d94b3; outline-offset: -1px; }
+.container .sequence > button { font-size: 1.15em; font-weight: 600; min-height: 32px; }
+.container popover > contents {
+    background: #262622; color: #d9d6cb; border: 1px solid #3a3a35; border-radius: 4px; box-shadow: none; }
+.container popover listview { background: none; color: #d9d6cb; }
+.container popover listview > row:hover { background: #34342f; }
+.container popover listview > row:selected { background: #3d4650; color: #f0eee4; }
+.container progressbar > trough { background: #2b2b27; border: none; min-height: 4px; }
+.container progressbar > trough > progress { background: #7d94b3; border: none; min-height: 4px; }
+.container .failed { color: #e6866f; }
+.container .news { background-color: #1f2a26; color: #c3ddd0; padding: 8px 16px; }
+.container .problem { background-color: #3a211b; color: #f6d6ce; padding: 8px 16px; }
 )";
 
 // A comment is shown up to here; its tooltip has the rest.
 constexpr int linesOfText = 3;
+
+constexpr int charactersOfAuthor = 9;
 
 constexpr auto problemIsShownFor = std::chrono::seconds{20};
 
@@ -64,17 +92,10 @@ Difference difference(CommentRows const& before, CommentRows const& after) {
     return {begin, before.size() - begin - end, after.size() - begin - end};
 }
 
-void setClass(Gtk::Widget& widget, char const* name, bool on) {
-    if (on)
-        widget.add_css_class(name);
-    else
-        widget.remove_css_class(name);
-}
-
-Gtk::Label& leftAligned(Gtk::Label& label) {
-    label.set_xalign(0);
-    label.set_ellipsize(Pango::EllipsizeMode::END);
-    return label;
+// The same for every text, in characters: it grows with the letters.
+void keepWidth(Gtk::Label& label) {
+    label.set_width_chars(charactersOfAuthor);
+    label.set_max_width_chars(charactersOfAuthor);
 }
 
 } // namespace
@@ -101,38 +122,53 @@ public:
     WindowContent::CommentRow const row;
 };
 
-MainWindow::MainWindow(std::function<void()> closed)
-    : items{Gio::ListStore<CommentItem>::create()} {
+MainWindow::MainWindow(WindowActions theActions)
+    : actions{std::move(theActions)}
+    , items{Gio::ListStore<CommentItem>::create()}
+    , exports{actions} {
     set_title("Review comments");
-    set_default_size(620, 560);
+    set_default_size(620, 640);
     add_css_class("container");
     // For what the rules do not name: the title bar, menus, the theme's own edges.
     Gtk::Settings::get_default()->property_gtk_application_prefer_dark_theme() = true;
     buildHeading();
     buildComments();
-    buildExports();
-    leftAligned(problem).add_css_class("problem");
+    leftAligned(problem).set_wrap(true);
+    problem.set_lines(linesOfText);
     problem.hide();
     content.append(problem);
+    content.append(exports);
     set_child(content);
+    buildKeys();
     signal_close_request().connect(
-        [closed = std::move(closed)] {
-            closed();
+        [this] {
+            actions.close();
             return true;
         },
         false);
 }
 
 void MainWindow::showContent(WindowContent const& shown) {
-    sequence.set_text(shown.sequence);
+    showSequences(shown);
     summary.set_text(shown.summary);
     showComments(shown.comments);
-    showExports(shown.exports);
+    exports.showFolder(shown.folder);
+    exports.showExports(shown.exports);
 }
 
 void MainWindow::showProblem(std::string const& sentence) {
+    showSentence(sentence, true);
+}
+
+void MainWindow::showNews(std::string const& sentence) {
+    showSentence(sentence, false);
+}
+
+void MainWindow::showSentence(std::string const& sentence, bool isProblem) {
     auto shown = sentence;
     shown.front() = g_ascii_toupper(shown.front());
+    setClass(problem, "problem", isProblem);
+    setClass(problem, "news", !isProblem);
     problem.set_text(shown);
     problem.set_tooltip_text(shown);
     problem.show();
@@ -140,23 +176,74 @@ void MainWindow::showProblem(std::string const& sentence) {
 }
 
 void MainWindow::buildHeading() {
-    auto& box = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 2);
-    leftAligned(sequence).add_css_class("sequence");
+    auto& box = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 6);
+    auto& row = *Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 8);
+    setAccessibleName(sequence, "Sequence");
+    sequence.add_css_class("sequence");
+    sequence.set_hexpand(true);
+    sequence.property_selected().signal_changed().connect([this] {
+        auto const chosen = sequence.get_selected();
+        if (!isFilling && chosen < shownSequences.size())
+            actions.showSequence(shownSequences[chosen].key);
+    });
+    importButton.set_valign(Gtk::Align::CENTER);
+    importButton.set_tooltip_text("Read comments from a table (CSV) or from guides of Kdenlive (Ctrl+O)");
+    importButton.signal_clicked().connect([this] { actions.import(); });
     leftAligned(summary).add_css_class("quiet");
-    box.set_margin(16);
-    box.append(sequence);
+    box.add_css_class("top");
+    row.append(sequence);
+    row.append(importButton);
+    box.append(row);
     box.append(summary);
     content.append(box);
 }
 
+void MainWindow::buildKeys() {
+    auto const keys = Gtk::ShortcutController::create();
+    keys->set_scope(Gtk::ShortcutScope::GLOBAL);
+    auto const add = [&keys](guint key, std::function<void()> action) {
+        auto const pressed = [action = std::move(action)](Gtk::Widget&, Glib::VariantBase const&) {
+            action();
+            return true;
+        };
+        keys->add_shortcut(
+            Gtk::Shortcut::create(Gtk::KeyvalTrigger::create(key, Gdk::ModifierType::CONTROL_MASK),
+                                  Gtk::CallbackAction::create(pressed)));
+    };
+    add(GDK_KEY_o, [this] { actions.import(); });
+    add(GDK_KEY_e, [this] { exports.start(); });
+    add(GDK_KEY_w, [this] { close(); });
+    add_controller(keys);
+}
+
+// A list that a person has opened stays as it is until something else stands in it.
+void MainWindow::showSequences(WindowContent const& shown) {
+    isFilling = true;
+    if (shown.sequences != shownSequences) {
+        auto names = std::vector<Glib::ustring>{};
+        for (auto const& row : shown.sequences)
+            names.emplace_back(row.name);
+        shownSequences = shown.sequences;
+        setChoices(sequence, names);
+    }
+    auto const place = std::ranges::find(shownSequences, shown.shown, &WindowContent::SequenceRow::key);
+    if (place != shownSequences.end())
+        sequence.set_selected(static_cast<guint>(place - shownSequences.begin()));
+    sequence.set_sensitive(shownSequences.size() > 1);
+    isFilling = false;
+}
+
 void MainWindow::buildComments() {
-    addColumn("TIME", &WindowContent::CommentRow::time, 130);
-    addColumn("AUTHOR", &WindowContent::CommentRow::author, 130);
-    addColumn("COMMENT", &WindowContent::CommentRow::text, -1);
+    addColumn("TIME", &WindowContent::CommentRow::time);
+    addColumn("AUTHOR", &WindowContent::CommentRow::author);
+    addColumn("COMMENT", &WindowContent::CommentRow::text);
     comments.set_model(Gtk::NoSelection::create(items));
     commentsArea.set_child(comments);
     commentsArea.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
-    nothing.set_text("Comments appear here when the panel sends them.");
+    nothing.set_text("Comments appear here when the panel sends them, or when they are imported.");
+    nothing.set_wrap(true);
+    nothing.set_justify(Gtk::Justification::CENTER);
+    setAccessibleName(comments, "Comments");
     nothing.add_css_class("quiet");
     stack.add(nothing);
     stack.add(commentsArea);
@@ -164,8 +251,7 @@ void MainWindow::buildComments() {
     content.append(stack);
 }
 
-void MainWindow::addColumn(Glib::ustring const& title, std::string WindowContent::CommentRow::* text,
-                           int width) {
+void MainWindow::addColumn(Glib::ustring const& title, std::string WindowContent::CommentRow::* text) {
     auto const isTime = text == &WindowContent::CommentRow::time;
     auto const isText = text == &WindowContent::CommentRow::text;
     auto const factory = Gtk::SignalListItemFactory::create();
@@ -174,6 +260,10 @@ void MainWindow::addColumn(Glib::ustring const& title, std::string WindowContent
         label.set_valign(Gtk::Align::START);
         label.set_wrap(isText);
         label.set_lines(isText ? linesOfText : 1);
+        if (isTime)
+            label.set_ellipsize(Pango::EllipsizeMode::NONE);
+        else if (!isText)
+            keepWidth(label);
         if (!isText)
             label.add_css_class(isTime ? "time" : "author");
         item->set_child(label);
@@ -189,27 +279,8 @@ void MainWindow::addColumn(Glib::ustring const& title, std::string WindowContent
         setClass(label, "resolved", row.isResolved);
     });
     auto const column = Gtk::ColumnViewColumn::create(title, factory);
-    if (width > 0)
-        column->set_fixed_width(width);
-    else
-        column->set_expand(true);
+    column->set_expand(isText);
     comments.append_column(column);
-}
-
-void MainWindow::buildExports() {
-    leftAligned(exportsTitle).set_text("Exports");
-    exportsTitle.add_css_class("quiet");
-    exports.set_selection_mode(Gtk::SelectionMode::NONE);
-    exportsScroller.set_child(exports);
-    exportsScroller.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
-    exportsScroller.set_propagate_natural_height(true);
-    exportsScroller.set_max_content_height(110);
-    exportsArea.add_css_class("exports");
-    exportsArea.set_spacing(6);
-    exportsArea.append(exportsTitle);
-    exportsArea.append(exportsScroller);
-    exportsArea.hide();
-    content.append(exportsArea);
 }
 
 void MainWindow::showComments(CommentRows const& rows) {
@@ -221,22 +292,6 @@ void MainWindow::showComments(CommentRows const& rows) {
     items->splice(static_cast<guint>(change.begin), static_cast<guint>(change.before), coming);
     shownComments = rows;
     stack.set_visible_child(rows.empty() ? static_cast<Gtk::Widget&>(nothing) : commentsArea);
-}
-
-void MainWindow::showExports(std::vector<WindowContent::ExportRow> const& rows) {
-    exportsArea.set_visible(!rows.empty());
-    if (rows == shownExports)
-        return;
-    shownExports = rows;
-    while (auto* row = exports.get_row_at_index(0))
-        exports.remove(*row);
-    for (auto const& row : rows) {
-        auto& label = leftAligned(*Gtk::make_managed<Gtk::Label>(row.time + "   " + row.text));
-        label.set_ellipsize(Pango::EllipsizeMode::MIDDLE);
-        label.set_tooltip_text(row.text);
-        setClass(label, "failed", row.state == ExportState::Failed);
-        exports.append(label);
-    }
 }
 
 } // namespace workbench

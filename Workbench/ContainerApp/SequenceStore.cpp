@@ -17,7 +17,8 @@ SequenceStore::SequenceStore(Database& database)
                                "RETURNING next_position - 1"}
     , updateLongest{database, "UPDATE sequences SET longest_s = ?2 WHERE id = ?1 AND longest_s < ?2"}
     , readLongest{database, "SELECT longest_s FROM sequences WHERE id = ?1"}
-    , resetList{database, "UPDATE sequences SET next_position = ?2, longest_s = ?3 WHERE id = ?1"} {}
+    , resetList{database, "UPDATE sequences SET next_position = ?2, longest_s = ?3 WHERE id = ?1"}
+    , readKeys{database, "SELECT key FROM sequences ORDER BY name, key"} {}
 
 void SequenceStore::setActive(std::optional<HostSequence> sequence) {
     active = std::move(sequence);
@@ -61,6 +62,15 @@ void SequenceStore::describe(HostSequence const& sequence) {
 
 std::optional<HostSequence> SequenceStore::description(std::string const& key) {
     return active && active->key == key ? active : stored(key);
+}
+
+std::vector<HostSequence> SequenceStore::all() {
+    auto sequences = std::vector<HostSequence>{};
+    auto rows = readKeys.query();
+    while (rows.next())
+        if (auto sequence = description(rows.text(0)))
+            sequences.push_back(std::move(*sequence));
+    return sequences;
 }
 
 std::optional<HostSequence> SequenceStore::stored(std::string const& key) {

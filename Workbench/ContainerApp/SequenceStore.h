@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace workbench {
 
@@ -22,6 +23,9 @@ public:
     [[nodiscard]] std::string activeKey() const;
 
     [[nodiscard]] std::optional<std::int64_t> find(std::string const& key);
+
+    // Those that hold comments or have held some, by their names.
+    [[nodiscard]] std::vector<HostSequence> all();
 
     // Within the caller's transaction.
     [[nodiscard]] std::int64_t ensure(std::string const& key);
@@ -61,6 +65,7 @@ private:
     Statement updateLongest;
     Statement readLongest;
     Statement resetList;
+    Statement readKeys;
 };
 
 } // namespace workbench

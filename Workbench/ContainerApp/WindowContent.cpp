@@ -65,10 +65,22 @@ std::string summaryOf(std::vector<Comment> const& comments) {
     return counted(top, "comment", "comments") + ", " + std::to_string(resolved) + " resolved";
 }
 
-std::string titleOf(std::optional<HostSequence> const& sequence) {
-    if (!sequence)
-        return "No sequence open";
-    return sequence->name.empty() ? "Comments without a sequence" : sequence->name;
+// A sequence that no editor has described bears the key that a page gave it.
+std::string nameOf(HostSequence const& sequence) {
+    if (sequence.key == defaultSequence)
+        return "Comments without a sequence";
+    return sequence.name.empty() ? sequence.key : sequence.name;
+}
+
+std::vector<WindowContent::SequenceRow> sequencesIn(SequenceStore& sequences) {
+    auto const active = sequences.activeKey();
+    auto const described = sequences.description(active);
+    auto rows = std::vector<WindowContent::SequenceRow>{};
+    rows.push_back({.key = active, .name = described ? nameOf(*described) : "No sequence open"});
+    for (auto const& sequence : sequences.all())
+        if (sequence.key != active)
+            rows.push_back({.key = sequence.key, .name = nameOf(sequence)});
+    return rows;
 }
 
 std::string describeExport(ExportRecord const& record) {
@@ -87,12 +99,16 @@ std::string describeExport(ExportRecord const& record) {
 
 } // namespace
 
-WindowContent readWindowContent(Store& store) {
-    auto const key = store.sequences.activeKey();
+WindowContent readWindowContent(Store& store, std::string const& wanted) {
+    auto content = WindowContent{};
+    content.sequences = sequencesIn(store.sequences);
+    auto const isKnown = std::ranges::find(content.sequences, wanted, &WindowContent::SequenceRow::key) !=
+                         content.sequences.end();
+    auto const key = isKnown ? wanted : store.sequences.activeKey();
     auto const sequence = store.sequences.description(key);
     auto comments = store.comments.comments(key);
-    auto content = WindowContent{};
-    content.sequence = titleOf(sequence);
+    content.shown = key;
+    content.folder = outputFolder(store.settings);
     content.summary = summaryOf(comments);
     for (auto const& comment : threaded(std::move(comments)))
         content.comments.push_back({.time = timeOf(comment, sequence),

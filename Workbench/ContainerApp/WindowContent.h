@@ -27,13 +27,24 @@ struct WindowContent {
         friend bool operator==(ExportRow const&, ExportRow const&) = default;
     };
 
-    std::string sequence;
+    // One that can be shown.
+    struct SequenceRow {
+        std::string key;
+        std::string name;
+
+        friend bool operator==(SequenceRow const&, SequenceRow const&) = default;
+    };
+
+    std::vector<SequenceRow> sequences; // the active one first
+    std::string shown; // the key of the one that is shown
+    std::string folder; // for exports
     std::string summary; // "12 comments, 3 resolved"
     std::vector<CommentRow> comments;
     std::vector<ExportRow> exports;
 };
 
-// The active sequence and the newest exports. Throws DatabaseError.
-[[nodiscard]] WindowContent readWindowContent(Store& store);
+// The sequence `key`, or the active one when it is empty or unknown, and the newest exports. Throws
+// DatabaseError.
+[[nodiscard]] WindowContent readWindowContent(Store& store, std::string const& key = {});
 
 } // namespace workbench

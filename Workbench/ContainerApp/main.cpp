@@ -1,4 +1,5 @@
 #include "Workbench/ContainerApp/ContainerApp.h"
+#include "Workbench/ContainerApp/FileDialog.h"
 #include "Workbench/ContainerApp/FolderDialog.h"
 #include "Workbench/ContainerApp/ImportService.h"
 #include "Workbench/ContainerApp/MainWindow.h"
@@ -16,19 +17,30 @@ namespace {
 // The window and what hangs from it.
 struct Desktop {
     explicit Desktop(ContainerApp& app)
-        : window{[&app] { app.requestEnd(); }}
-        , dialog{window} {
-        app.setViewer({.show = [this](WindowContent const& content) { window.showContent(content); },
-                       .complain = [this](std::string const& sentence) { window.showProblem(sentence); },
-                       .chooseFolder =
-                           [this](std::string const& folder, FolderChooser::Chosen chosen) {
-                               dialog.open(folder, std::move(chosen));
-                           }});
+        : window{{.close = [&app] { app.requestEnd(); },
+                  .showSequence = [&app](std::string const& key) { app.showSequence(key); },
+                  .startExport = [&app](std::string const& format) { app.startExport(format); },
+                  .cancelExport = [&app] { app.cancelExport(); },
+                  .changeFolder = [&app] { app.chooseFolder(); },
+                  .import = [this,
+                             &app] { files.open([&app](std::string const& file) { app.import(file); }); }}}
+        , folders{window}
+        , files{window} {
+        app.setViewer(
+            {.show = [this](WindowContent const& content) { window.showContent(content); },
+             .complain = [this](std::string const& sentence) { window.showProblem(sentence); },
+             .chooseFolder =
+                 [this](std::string const& folder, FolderChooser::Chosen chosen) {
+                     folders.open(folder, std::move(chosen));
+                 },
+             .tell = [this](std::string const& sentence) { window.showNews(sentence); },
+             .progress = [this](std::optional<double> progress) { window.showProgress(progress); }});
         window.show();
     }
 
     MainWindow window;
-    FolderDialog dialog;
+    FolderDialog folders;
+    FileDialog files;
 };
 
 // By the one that is running; none when there is none.

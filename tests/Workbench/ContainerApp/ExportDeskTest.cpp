@@ -75,6 +75,20 @@ TEST_F(ExportDeskTest, ExportsTheActiveSequenceWithExactFrames) {
               exported(settings({{"sequenceId", "one"}})));
 }
 
+TEST_F(ExportDeskTest, TellsHowFarAnExportIs) {
+    add({{"id", "a"}, {"seconds", 1}});
+    EXPECT_EQ(std::nullopt, desk.progress());
+    ASSERT_EQ("started", refusal(settings()));
+    ASSERT_TRUE(desk.progress());
+    EXPECT_LE(0, *desk.progress());
+    EXPECT_GE(1, *desk.progress());
+    // The writer is done long before its end is taken notice of.
+    ASSERT_TRUE(queue.waitForOne());
+    EXPECT_EQ(1, desk.progress());
+    EXPECT_TRUE(queue.runOne());
+    EXPECT_EQ(std::nullopt, desk.progress());
+}
+
 TEST_F(ExportDeskTest, TakesThePagesRateOnlyWhenNobodyKnowsABetterOne) {
     add({{"id", "a"}, {"seconds", 3600}});
     EXPECT_EQ(CsvWriter::header() + "a,00:59:56:09,86313,3600,0,,,false,,\r\n",

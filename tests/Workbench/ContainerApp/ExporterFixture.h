@@ -21,11 +21,17 @@ public:
         arrived.notify_one();
     }
 
-    // Runs the next task; false when none comes within 20 seconds.
-    [[nodiscard]] bool runOne() {
+    // False when no task comes within 20 seconds.
+    [[nodiscard]] bool waitForOne() {
         auto lock = std::unique_lock{mutex};
-        if (!arrived.wait_for(lock, std::chrono::seconds{20}, [this] { return !tasks.empty(); }))
+        return arrived.wait_for(lock, std::chrono::seconds{20}, [this] { return !tasks.empty(); });
+    }
+
+    // Runs the next task, once it has come; false when none does.
+    [[nodiscard]] bool runOne() {
+        if (!waitForOne())
             return false;
+        auto lock = std::unique_lock{mutex};
         auto const task = std::move(tasks.front());
         tasks.pop_front();
         lock.unlock();

@@ -123,6 +123,21 @@ TEST_F(ExporterTest, LeavesNothingBehindWhenItIsCancelled) {
     EXPECT_EQ("", folder.names());
 }
 
+TEST_F(ExporterTest, CountsThePiecesThatItHasWritten) {
+    auto begun = std::promise<void>{};
+    auto released = std::promise<void>{};
+    auto hasGoneOn = std::atomic<bool>{false};
+    auto writer = std::make_unique<PausedWriter>(begun, released.get_future().share(), hasGoneOn);
+    EXPECT_EQ(0U, exporter.pieces());
+    exporter.start({OutputFile{folder.path(), "x.txt"}, std::move(writer), OnExists::Rename},
+                   [](ExportOutcome const& result) { EXPECT_EQ(ExportState::Done, result.state); });
+    begun.get_future().wait();
+    EXPECT_EQ(1U, exporter.pieces());
+    released.set_value();
+    ASSERT_TRUE(queue.runOne());
+    EXPECT_EQ(0U, exporter.pieces());
+}
+
 TEST_F(ExporterTest, EndsAWriterBetweenTwoPiecesWhenItIsCancelled) {
     auto begun = std::promise<void>{};
     auto cancelled = std::promise<void>{};

@@ -26,7 +26,9 @@ protected:
 
 TEST_F(WindowContentTest, ShowsAnEmptyStore) {
     auto const content = readWindowContent(store);
-    EXPECT_EQ("No sequence open", content.sequence);
+    ASSERT_EQ(1U, content.sequences.size());
+    EXPECT_EQ("No sequence open", content.sequences[0].name);
+    EXPECT_EQ(outputFolder(store.settings), content.folder);
     EXPECT_EQ("No comments", content.summary);
     EXPECT_TRUE(content.comments.empty());
     EXPECT_TRUE(content.exports.empty());
@@ -47,7 +49,7 @@ TEST_F(WindowContentTest, ShowsTheCommentsOfTheActiveSequence) {
          {"replies", {{{"id", "r"}, {"text", "yes"}}}}});
     add({{"id", "c"}, {"seconds", 1}, {"sequenceId", "other"}});
     auto const content = readWindowContent(store);
-    EXPECT_EQ("Reel 1", content.sequence);
+    EXPECT_EQ("one", content.shown);
     EXPECT_EQ("2 comments, 1 resolved", content.summary);
     EXPECT_EQ((std::vector<WindowContent::CommentRow>{{"01:00:01:13", "Ana", "Logo", false, false},
                                                       {"01:00:01:13", "", "yes", true, false},
@@ -55,12 +57,39 @@ TEST_F(WindowContentTest, ShowsTheCommentsOfTheActiveSequence) {
               content.comments);
 }
 
+TEST_F(WindowContentTest, ListsTheSequencesWithTheActiveOneFirst) {
+    auto sequence = HostSequence{};
+    sequence.key = "one";
+    sequence.name = "Reel 1";
+    store.sequences.setActive(sequence);
+    add({{"id", "a"}, {"seconds", 1}});
+    sequence.key = "zero";
+    sequence.name = "Reel 0";
+    store.sequences.setActive(sequence);
+    add({{"id", "b"}, {"seconds", 1}, {"sequenceId", "a page's key"}});
+    auto const expected = std::vector<WindowContent::SequenceRow>{
+        {"zero", "Reel 0"}, {"a page's key", "a page's key"}, {"one", "Reel 1"}};
+    EXPECT_EQ(expected, readWindowContent(store).sequences);
+}
+
+TEST_F(WindowContentTest, ShowsTheSequenceThatIsAskedFor) {
+    add({{"id", "a"}, {"seconds", 1}, {"text", "x"}, {"sequenceId", "other"}});
+    auto const other = readWindowContent(store, "other");
+    EXPECT_EQ("other", other.shown);
+    ASSERT_EQ(1U, other.comments.size());
+    EXPECT_EQ("x", other.comments[0].text);
+    for (auto const* key : {"", "unknown"}) {
+        EXPECT_EQ(defaultSequence, readWindowContent(store, key).shown);
+        EXPECT_TRUE(readWindowContent(store, key).comments.empty());
+    }
+}
+
 TEST_F(WindowContentTest, ShowsClockTimesWithoutARate) {
     add({{"id", "a"}, {"seconds", 3723.0416}});
     auto const content = readWindowContent(store);
     EXPECT_EQ("01:02:03.042", content.comments.at(0).time);
     EXPECT_EQ("1 comment, 0 resolved", content.summary);
-    EXPECT_EQ("Comments without a sequence", content.sequence);
+    EXPECT_EQ("Comments without a sequence", content.sequences.at(0).name);
 }
 
 TEST_F(WindowContentTest, ShowsTheNewestExportsFirst) {

@@ -1,14 +1,9 @@
-#include "Workbench/ContainerApp/BusClient.h"
-#include "Workbench/ContainerApp/ContainerProcess.h"
 #include "Workbench/ContainerApp/MainWindow.h"
+
+#include "Workbench/ContainerApp/ContainerProcess.h"
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
-
-#include <algorithm>
-#include <csignal>
-#include <cstdlib>
-#include <optional>
 
 namespace workbench {
 
@@ -37,214 +32,199 @@ protected:
         return text;
     }
 
+    // Waits until all of it stands in the window, in this order.
     [[nodiscard]] bool shows(std::string const& expected) {
         return waitUntil([&] {
-            while (g_main_context_iteration(nullptr, FALSE)) {
-            }
-            return texts() == expected;
+            settle();
+            return texts().find(expected) != std::string::npos;
         });
     }
 
-    int closed = 0;
-    MainWindow window{[this] { ++closed; }};
+    static void settle() {
+        while (g_main_context_iteration(nullptr, FALSE)) {
+        }
+    }
+
+    [[nodiscard]] static WindowContent content() {
+        return {.sequences = {{"one", "Reel 1"}, {"two", "Reel 2"}},
+                .shown = "one",
+                .folder = "/films",
+                .summary = "2 comments",
+                .comments = {},
+                .exports = {}};
+    }
+
+    // The first widget of this kind, deep in the window, that can be seen.
+    template <class IsIt>
+    GtkWidget* find(IsIt const& isIt, GtkWidget* from = nullptr) {
+        auto* const widget = from ? from : GTK_WIDGET(window.gobj());
+        if (!gtk_widget_get_mapped(widget))
+            return nullptr;
+        if (isIt(widget))
+            return widget;
+        GtkWidget* found = nullptr;
+        for (auto* child = gtk_widget_get_first_child(widget); child && !found;
+             child = gtk_widget_get_next_sibling(child))
+            found = find(isIt, child);
+        return found;
+    }
+
+    GtkWidget* button(std::string const& label) {
+        return find([&label](GtkWidget* widget) {
+            auto const* const text =
+                GTK_IS_BUTTON(widget) ? gtk_button_get_label(GTK_BUTTON(widget)) : nullptr;
+            return text && label == text;
+        });
+    }
+
+    void click(std::string const& label) {
+        auto* const found = button(label);
+        ASSERT_NE(nullptr, found) << label;
+        g_signal_emit_by_name(found, "clicked");
+        settle();
+    }
+
+    // The number of the drop-down with this place in the window, from 0.
+    GtkDropDown* choice(int place) {
+        return GTK_DROP_DOWN(
+            find([&place](GtkWidget* widget) { return GTK_IS_DROP_DOWN(widget) && place-- == 0; }));
+    }
+
+    std::string asked;
+    MainWindow window{
+        {.close = [this] { asked += "close "; },
+         .showSequence = [this](std::string const& key) { asked += "show:" + key + " "; },
+         .startExport = [this](std::string const& format) { asked += "export:" + format + " "; },
+         .cancelExport = [this] { asked += "cancel "; },
+         .changeFolder = [this] { asked += "folder "; },
+         .import = [this] { asked += "import "; }}};
 };
 
-constexpr char const* columnTitles = "TIME|AUTHOR|COMMENT|";
+constexpr auto inviting = "|Comments appear here when the panel sends them, or when they are imported.|";
+constexpr auto columnTitles = "|TIME|AUTHOR|COMMENT|";
 
 WindowContent::CommentRow row(std::string const& time, std::string const& text) {
     return {.time = time, .author = "Ana", .text = text};
 }
 
-// The real program with its window, and a person in front of it.
-class FolderDialogTest : public testing::Test {
-protected:
-    FolderDialogTest() {
-        container.emplace(std::vector<std::string>{"--database", folder / "store.sqlite"});
-        EXPECT_TRUE(container->isReady()) << container->complaints();
-    }
-
-    static std::string dialog() {
-        return outputOf("xdotool search --onlyvisible --name '^Choose the folder for exports$' 2>/dev/null");
-    }
-
-    [[nodiscard]] static bool isOpen() {
-        return waitUntil([] { return !dialog().empty(); });
-    }
-
-    [[nodiscard]] static bool isClosed() {
-        return waitUntil([] { return dialog().empty(); });
-    }
-
-    // Its buttons stand at the lower right.
-    static void press(int fromRight) {
-        auto const script = "eval $(xdotool getwindowgeometry --shell " +
-                            dialog().substr(0, dialog().find('\n')) +
-                            "); xdotool mousemove $X $Y mousemove $((X + WIDTH - " +
-                            std::to_string(fromRight) + ")) $((Y + HEIGHT - 24)) click 1";
-        std::ignore = outputOf(script);
-    }
-
-    [[nodiscard]] bool isAnswered(std::string const& requestId) {
-        return client.waitFor([&] { return !client.answers(requestId).empty(); });
-    }
-
-    // A window that has just come up does not take every click; a person clicks again.
-    [[nodiscard]] bool isAnsweredBy(int button, std::string const& requestId) {
-        auto nextClick = std::chrono::steady_clock::time_point{};
-        return client.waitFor([&] {
-            auto const now = std::chrono::steady_clock::now();
-            if (client.answers(requestId).empty() && now >= nextClick) {
-                press(button);
-                nextClick = now + std::chrono::seconds{2};
-            }
-            return !client.answers(requestId).empty();
-        });
-    }
-
-    static constexpr auto choose = 50;
-    static constexpr auto cancel = 130;
-
-    TemporaryFolder folder;
-    BusClient client;
-    std::optional<ContainerProcess> container;
-    std::string const documents = std::string{std::getenv("HOME")} + "/Documents";
-};
-
 } // namespace
 
 TEST_F(MainWindowTest, InvitesCommentsWhenThereAreNone) {
-    window.showContent({.sequence = "Reel 1", .summary = "No comments", .comments = {}, .exports = {}});
-    EXPECT_TRUE(shows("Reel 1|No comments|Comments appear here when the panel sends them.|")) << texts();
+    window.showContent(content());
+    EXPECT_TRUE(shows(std::string{"|2 comments"} + inviting)) << texts();
+    EXPECT_TRUE(shows("Reel 1|")) << texts();
+    EXPECT_TRUE(shows("|/films|")) << texts();
 }
 
 TEST_F(MainWindowTest, ListsTimeAuthorAndText) {
-    auto content =
-        WindowContent{.sequence = "Reel 1", .summary = "2 comments", .comments = {}, .exports = {}};
-    content.comments = {row("00:00:01:00", "Logo"), row("00:00:02:00", "Too loud")};
-    window.showContent(content);
-    EXPECT_TRUE(shows(std::string{"Reel 1|2 comments|"} + columnTitles +
-                      "00:00:01:00|Ana|Logo|00:00:02:00|Ana|Too loud|"))
+    auto shown = content();
+    shown.comments = {row("00:00:01:00", "Logo"), row("00:00:02:00", "Too loud")};
+    window.showContent(shown);
+    EXPECT_TRUE(shows(columnTitles + std::string{"00:00:01:00|Ana|Logo|00:00:02:00|Ana|Too loud|"}))
         << texts();
 }
 
 TEST_F(MainWindowTest, FollowsChangesInTheMiddleOfTheList) {
-    auto content = WindowContent{};
-    content.comments = {row("1", "a"), row("2", "b"), row("3", "c")};
-    window.showContent(content);
-    ASSERT_TRUE(shows(std::string{"||"} + columnTitles + "1|Ana|a|2|Ana|b|3|Ana|c|")) << texts();
-    content.comments = {row("1", "a"), row("2", "x"), row("2", "y"), row("3", "c")};
-    window.showContent(content);
-    EXPECT_TRUE(shows(std::string{"||"} + columnTitles + "1|Ana|a|2|Ana|x|2|Ana|y|3|Ana|c|")) << texts();
-    content.comments = {row("3", "c")};
-    window.showContent(content);
-    EXPECT_TRUE(shows(std::string{"||"} + columnTitles + "3|Ana|c|")) << texts();
-    content.comments = {};
-    window.showContent(content);
-    EXPECT_TRUE(shows("||Comments appear here when the panel sends them.|")) << texts();
+    auto shown = content();
+    shown.comments = {row("1", "a"), row("2", "b"), row("3", "c")};
+    window.showContent(shown);
+    ASSERT_TRUE(shows(columnTitles + std::string{"1|Ana|a|2|Ana|b|3|Ana|c|"})) << texts();
+    shown.comments = {row("1", "a"), row("2", "x"), row("2", "y"), row("3", "c")};
+    window.showContent(shown);
+    EXPECT_TRUE(shows(columnTitles + std::string{"1|Ana|a|2|Ana|x|2|Ana|y|3|Ana|c|"})) << texts();
+    shown.comments = {row("3", "c")};
+    window.showContent(shown);
+    EXPECT_TRUE(shows(columnTitles + std::string{"3|Ana|c|"})) << texts();
+    shown.comments = {};
+    window.showContent(shown);
+    EXPECT_TRUE(shows(inviting)) << texts();
+}
+
+TEST_F(MainWindowTest, LetsThePersonChooseASequence) {
+    window.showContent(content());
+    settle();
+    auto* const sequences = choice(0);
+    ASSERT_NE(nullptr, sequences);
+    EXPECT_EQ(0U, gtk_drop_down_get_selected(sequences));
+    gtk_drop_down_set_selected(sequences, 1);
+    EXPECT_EQ("show:two ", asked);
+}
+
+TEST_F(MainWindowTest, TakesNoChangeFromOutsideForAChoice) {
+    window.showContent(content());
+    auto shown = content();
+    shown.sequences = {{"three", "Reel 3"}, {"one", "Reel 1"}, {"two", "Reel 2"}};
+    shown.shown = "two";
+    window.showContent(shown);
+    settle();
+    EXPECT_EQ("", asked);
+    EXPECT_EQ(2U, gtk_drop_down_get_selected(choice(0)));
+}
+
+TEST_F(MainWindowTest, AsksForWhatItsButtonsSay) {
+    window.showContent(content());
+    settle();
+    click("_Import…");
+    click("_Change…");
+    click("_Export");
+    gtk_drop_down_set_selected(choice(1), 2);
+    click("_Export");
+    EXPECT_EQ("import folder export:csv export:fcpxml ", asked);
+}
+
+TEST_F(MainWindowTest, ShowsHowFarAnExportIsAndLetsItBeCancelled) {
+    window.showContent(content());
+    settle();
+    EXPECT_EQ(nullptr, button("C_ancel"));
+    window.showProgress(0.25);
+    settle();
+    auto* const bar = find([](GtkWidget* widget) { return GTK_IS_PROGRESS_BAR(widget); });
+    ASSERT_NE(nullptr, bar);
+    EXPECT_EQ(0.25, gtk_progress_bar_get_fraction(GTK_PROGRESS_BAR(bar)));
+    EXPECT_FALSE(gtk_widget_get_sensitive(button("_Export")));
+    click("C_ancel");
+    EXPECT_EQ("cancel ", asked);
+    window.showProgress({});
+    settle();
+    EXPECT_EQ(nullptr, button("C_ancel"));
+    EXPECT_TRUE(gtk_widget_get_sensitive(button("_Export")));
 }
 
 TEST_F(MainWindowTest, ListsExports) {
-    auto content = WindowContent{};
-    content.exports = {{"09:30", "/films/a.csv", ExportState::Done},
-                       {"09:29", "Failed: full", ExportState::Failed}};
-    window.showContent(content);
-    EXPECT_TRUE(shows("||Comments appear here when the panel sends them.|Exports|09:30   /films/a.csv|"
-                      "09:29   Failed: full|"))
-        << texts();
+    auto shown = content();
+    shown.exports = {{"09:30", "/films/a.csv", ExportState::Done},
+                     {"09:29", "Failed: full", ExportState::Failed}};
+    window.showContent(shown);
+    EXPECT_TRUE(shows("|09:30   /films/a.csv|09:29   Failed: full|")) << texts();
 }
 
-TEST_F(MainWindowTest, ShowsWhatWentWrong) {
-    window.showContent({});
+TEST_F(MainWindowTest, ShowsWhatWentWrongAndWhatWasDone) {
+    window.showContent(content());
     window.showProblem("the disk is full");
-    EXPECT_TRUE(shows("||Comments appear here when the panel sends them.|The disk is full|")) << texts();
+    EXPECT_TRUE(shows("|The disk is full|")) << texts();
+    window.showNews("imported 2 comments");
+    EXPECT_TRUE(shows("|Imported 2 comments|")) << texts();
+    EXPECT_EQ(std::string::npos, texts().find("disk"));
 }
 
 TEST_F(MainWindowTest, ShowsTenThousandCommentsWithoutMakingARowForEach) {
-    auto content = WindowContent{};
+    auto shown = content();
     for (auto number = 0; number < 10'000; ++number)
-        content.comments.push_back(row(std::to_string(number), "text"));
-    window.showContent(content);
-    ASSERT_TRUE(waitUntil([&] {
-        while (g_main_context_iteration(nullptr, FALSE)) {
-        }
-        return texts().find("|3|Ana|") != std::string::npos;
-    }));
+        shown.comments.push_back(row(std::to_string(number), "text"));
+    window.showContent(shown);
+    ASSERT_TRUE(shows("|3|Ana|"));
     EXPECT_LT(texts().size(), 20'000U);
 }
 
 TEST_F(MainWindowTest, LeavesItToTheProgramWhatClosingMeans) {
     window.close();
-    EXPECT_EQ(1, closed);
+    EXPECT_EQ("close ", asked);
     EXPECT_TRUE(window.get_visible());
-}
-
-TEST_F(FolderDialogTest, AnswersTheFolderThatThePersonChooses) {
-    auto const requestId = client.send("selectOutputFolder");
-    ASSERT_TRUE(isOpen());
-    EXPECT_TRUE(client.answers(requestId).empty());
-    ASSERT_TRUE(isAnsweredBy(choose, requestId));
-    EXPECT_EQ(std::vector{Json(documents)}, client.answers(requestId));
-    EXPECT_EQ(documents + "\n", outputOf("sqlite3 '" + folder / "store.sqlite" +
-                                         "' \"SELECT value FROM settings WHERE key = 'outputFolder'\""));
-}
-
-TEST_F(FolderDialogTest, AnswersNullWhenThePersonChoosesNone) {
-    auto const requestId = client.send("selectOutputFolder");
-    ASSERT_TRUE(isOpen());
-    ASSERT_TRUE(isAnsweredBy(cancel, requestId));
-    EXPECT_EQ(std::vector{Json(nullptr)}, client.answers(requestId));
-    EXPECT_TRUE(isClosed());
-}
-
-TEST_F(FolderDialogTest, LetsASecondRequestJoinAndAnswersOtherCommandsMeanwhile) {
-    auto const first = client.send("selectOutputFolder");
-    ASSERT_TRUE(isOpen());
-    auto const second = client.send("selectOutputFolder");
-    EXPECT_EQ(true, client.request("syncComment", {{"comment", {{"id", "a"}, {"seconds", 1}}}}));
-    auto const dialogs = dialog();
-    EXPECT_EQ(1, std::count(dialogs.begin(), dialogs.end(), '\n')) << dialogs;
-    ASSERT_TRUE(isAnsweredBy(choose, second));
-    EXPECT_EQ(std::vector{Json(documents)}, client.answers(first));
-    EXPECT_EQ(std::vector{Json(documents)}, client.answers(second));
-}
-
-TEST_F(FolderDialogTest, OpensAgainAfterItWasClosed) {
-    for (auto round = 0; round < 2; ++round) {
-        auto const requestId = client.send("selectOutputFolder");
-        ASSERT_TRUE(isOpen());
-        ASSERT_TRUE(isAnsweredBy(cancel, requestId));
-        ASSERT_TRUE(isClosed());
-    }
-}
-
-TEST_F(FolderDialogTest, IsAnsweredNullWhenTheProgramEnds) {
-    auto const requestId = client.send("selectOutputFolder");
-    ASSERT_TRUE(isOpen());
-    container->signal(SIGTERM);
-    EXPECT_EQ(0, container->wait());
-    ASSERT_TRUE(isAnswered(requestId));
-    EXPECT_EQ(std::vector{Json(nullptr)}, client.answers(requestId));
-}
-
-TEST(WithoutADisplay, RunsWithoutAWindow) {
-    auto const display = std::string{std::getenv("DISPLAY")};
-    ::unsetenv("DISPLAY");
-    auto const folder = TemporaryFolder{};
-    auto container = ContainerProcess{{"--database", folder / "store.sqlite"}};
-    ::setenv("DISPLAY", display.c_str(), 1);
-    ASSERT_TRUE(container.isReady());
-    EXPECT_EQ("zelvix-container: there is no display; running without a window\n", container.complaints());
-    auto client = BusClient{};
-    EXPECT_EQ(nullptr, client.request("selectOutputFolder"));
-    EXPECT_EQ(true, client.request("syncComment", {{"comment", {{"id", "a"}, {"seconds", 1}}}}));
 }
 
 } // namespace workbench
 
 int main(int count, char** arguments) {
-    // The file dialog keeps its settings; without this it looks for a service that the tests' bus does not
-    // have.
-    ::setenv("GSETTINGS_BACKEND", "memory", 1);
     testing::InitGoogleTest(&count, arguments);
     if (!workbench::startToolkit())
         return 1;
