@@ -92,6 +92,7 @@ ensure_packages() {
 # there tells what is installed.
 workflow_linter=tools/workflow-lint
 bridge_client=bridge-client
+review_page=Workbench/ReviewPage
 own_node=tools/node
 
 # has_npm_packages FOLDER: whether what the folder's lock file names is what is installed.
@@ -141,6 +142,18 @@ ensure_node() {
     has_node || ensure_npm_packages "$own_node"
 }
 
+# test_npm_package FOLDER [VITEST-OPTION...]: checks its types and runs its tests.
+test_npm_package() {
+    local folder=$1
+    shift
+    use_node || die 3 "there is no node that is new enough (20.19, 22.12 or 24): ./test installs $own_node with npm"
+    has_npm_packages "$folder" || die 3 "the tools of $folder are not installed: ./test installs them with npm"
+    cd "$root/$folder"
+    # The test runner looks at the types in its type tests alone.
+    node node_modules/typescript/bin/tsc || die 1 "$folder does not compile"
+    exec node node_modules/vitest/vitest.mjs run "$@"
+}
+
 ensure_workflow_linter() {
     ensure_npm_packages "$workflow_linter"
 }
@@ -151,17 +164,38 @@ ensure_bridge_client() {
     (use_node && ensure_npm_packages "$bridge_client") || return 0
 }
 
+# ensure_review_page: what builds the page. Without it a small page is served, which is no reason to build nothing else.
+ensure_review_page() {
+    ensure_node
+    (use_node && ensure_npm_packages "$review_page") || true
+    [ "$(review_page)" = ON ] || say "the review page is not built, and a small one is served instead: its tools need npm"
+}
+
+# review_page: ON where the review page can be built, else OFF.
+review_page() {
+    if has_npm_packages "$review_page" && (use_node); then echo ON; else echo OFF; fi
+}
+
+# is_configured PRESET OPTION: whether build/PRESET was made from these presets, with this -DNAME=VALUE.
+is_configured() {
+    local folder=$root/build/$1 option=${2#-D}
+    [ "$folder/build.ninja" -nt "$root/CMakePresets.json" ] &&
+        grep -qx "${option%%=*}:[A-Z]*=${option#*=}" "$folder/CMakeCache.txt"
+}
+
 # configure PRESET: makes or renews build/PRESET. Ninja sees to a changed CMakeLists.txt by itself, so there is
-# something to do only when the presets changed, or what is installed.
+# something to do only when the presets changed, or what is installed, or whether the page can be built.
 configure() {
-    local preset=$1 options=()
+    local preset=$1 options=() page
     local log=$root/build/$preset.configure.log
-    if [ -z "$installed" ] && [ "$root/build/$preset/build.ninja" -nt "$root/CMakePresets.json" ]; then
+    page=-DWORKBENCH_PAGE=$(review_page)
+    if [ -z "$installed" ] && is_configured "$preset" "$page"; then
         return
     fi
     if [ -n "$installed" ]; then
         options+=(--fresh) # the cache also remembers what was not found
     fi
+    options+=("$page")
     if command -v ccache >/dev/null; then
         options+=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
     fi

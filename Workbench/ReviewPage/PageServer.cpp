@@ -34,13 +34,6 @@ constexpr std::array PageFiles{
     PageFile{PagePath, "login.html", Html},
     PageFile{"/fcp-panel/panel.css", "panel.css", Css},
     PageFile{"/fcp-panel/panel.js", "panel.js", JavaScript},
-    PageFile{"/fcp-panel/bridge.js", "bridge.js", JavaScript},
-    PageFile{"/fcp-panel/text-repair.js", "text-repair.js", JavaScript},
-    PageFile{"/fcp-panel/timecode.js", "timecode.js", JavaScript},
-    PageFile{"/fcp-panel/comment-store.js", "comment-store.js", JavaScript},
-    PageFile{"/fcp-panel/comment-sync.js", "comment-sync.js", JavaScript},
-    PageFile{"/fcp-panel/comment-list.js", "comment-list.js", JavaScript},
-    PageFile{"/fcp-panel/event-log.js", "event-log.js", JavaScript},
 };
 
 constexpr std::array SafetyHeaders{

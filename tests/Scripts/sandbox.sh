@@ -15,12 +15,13 @@ make_sandbox() {
     journal=$sandbox/journal
     mkdir -p "$top/cmake" "$top/tests" "$top/.ci" "$sandbox/bin"
     tar -C "$source_root" --exclude=node_modules -c run test bench tools CMakePresets.json \
-        bridge-client/package.json bridge-client/package-lock.json | tar -C "$top" -x
+        {bridge-client,Workbench/ReviewPage}/package{,-lock}.json | tar -C "$top" -x
     cp "$source_root/cmake/packages.txt" "$top/cmake"
     cp "$source_root/.ci/run" "$top/.ci"
     touch "$journal"
     npm_packages_installed tools/workflow-lint
     npm_packages_installed bridge-client
+    npm_packages_installed Workbench/ReviewPage
     for tool in awk basename bash cat chmod cmp cp cut date dirname env find grep ls mkdir rm sed setsid sort timeout touch tr wc; do
         ln -s "$(command -v "$tool")" "$sandbox/bin/$tool"
     done
@@ -29,7 +30,11 @@ make_sandbox() {
     stand_in apt-get ''
     stand_in node 'echo v20.19.0'
     stand_in ctest 'echo "100% tests passed"'
-    stand_in cmake 'if [[ $1 == --preset ]]; then mkdir -p "build/$2/bin"; touch "build/$2/build.ninja"; fi'
+    stand_in cmake 'if [[ $1 == --preset ]]; then
+        mkdir -p "build/$2/bin"
+        touch "build/$2/build.ninja"
+        printf "%s\n" "$@" | sed -n "s/^-D\(WORKBENCH_PAGE\)=/\1:BOOL=/p" >"build/$2/CMakeCache.txt"
+    fi'
 }
 
 # npm_packages_installed FOLDER: what ./test leaves when it has installed what the folder's lock file names.

@@ -99,10 +99,11 @@ class Tour:
             return len(seen) >= 2
 
         stage.click_widget("First frame")
-        stage.wait("timecode of the first frame", lambda: stage.page_text("Playhead") == "00:00:00:00",
+        first = self.timecode(0)
+        stage.wait("timecode of the first frame", lambda: stage.page_text("Playhead") == first,
                    saw=lambda: stage.page_text("Playhead"))
         stage.click_widget("Play")
-        stage.wait("moving timecode", lambda: stage.page_text("Playhead") != "00:00:00:00")
+        stage.wait("moving timecode", lambda: stage.page_text("Playhead") != first)
         stage.wait("two timecodes while playing", moved, saw=lambda: seen)
         if seen != sorted(seen):
             raise Unexpected(f"timecodes out of order: {seen}")
@@ -144,7 +145,9 @@ class Tour:
 
     def export(self):
         stage = self.stage
-        stage.click_page("Export CSV")
+        stage.click_page("Export", across=0.2)
+        stage.wait("open export form", self.stands("Start export"), saw=stage.page_summary)
+        stage.click_page("Start export")
         stage.wait("notice \"Export started.\"", lambda: stage.page_says("Export started."), saw=stage.page_summary)
         home = pathlib.Path(stage.session.environment["HOME"])
         files = stage.wait("CSV file", lambda: list(home.rglob("*.csv")), saw=lambda: [str(p) for p in home.rglob("*")])
@@ -232,6 +235,17 @@ class Tour:
                 continue
         raise Unexpected("the event log does not open")
 
+    def stands(self, name):
+        """A condition: the element of the page is at the same place twice in a row."""
+        last = [None]
+
+        def same():
+            element = self.stage.page_element(name)
+            before, last[0] = last[0], element and element.extents
+            return last[0] is not None and last[0][3] > 0 and last[0] == before
+
+        return same
+
     def logged(self, event):
         return [line for line in self.stage.log_lines() if f"• {event} " in line]
 
@@ -263,9 +277,15 @@ class Tour:
         stage.wait("page at the editor's frame", same, saw=lambda: last[0])
 
     def timecode(self, frame):
+        """Two labels, or four, are left out each minute but the tenth where that keeps the label to the clock."""
         count = round(self.film.rate)
-        whole = frame // count
-        return f"{whole // 3600:02}:{whole // 60 % 60:02}:{whole % 60:02}:{frame % count:02}"
+        dropped = {29.97: 2, 59.94: 4}.get(round(self.film.rate, 2), 0)
+        minute, ten_minutes = count * 60 - dropped, count * 600 - dropped * 9
+        tens, rest = divmod(frame, ten_minutes)
+        label = frame + dropped * (9 * tens + max(0, rest - dropped) // minute)
+        whole = label // count
+        separator = ";" if dropped else ":"
+        return f"{whole // 3600:02}:{whole // 60 % 60:02}:{whole % 60:02}{separator}{label % count:02}"
 
     def stored(self, number):
         stored = self.stage.stored_comments()

@@ -85,6 +85,12 @@ GtkWindow* makeWindow(WebKitWebView* view) {
 
 } // namespace
 
+std::string typed(std::string const& selector, std::string const& text) {
+    return "{ const field = document.querySelector(" + Json(selector).dump() +
+           "); field.value = " + Json(text).dump() +
+           "; field.dispatchEvent(new Event('input', { bubbles: true })); }";
+}
+
 PageUnderTest::PageUnderTest(Surroundings surroundings) {
     g_setenv("GDK_DEBUG", "gl-glx", TRUE); // else EGL's driver is tried first, unloaded, and seen to leak
     gtk_init();
@@ -127,7 +133,7 @@ void PageUnderTest::addScript(char const* source) {
 }
 
 void PageUnderTest::reset() {
-    run("localStorage.clear();");
+    run("addEventListener('pagehide', () => localStorage.clear());"); // after what the page writes then
     loadAddress("about:blank");
     webkit_user_content_manager_remove_all_scripts(webkit_web_view_get_user_content_manager(view));
     answers.clear();
@@ -189,9 +195,7 @@ void PageUnderTest::click(std::string const& selector) {
 
 void PageUnderTest::addComment(std::string const& comment, double seconds) {
     send("fcp:playhead-changed", {{"seconds", seconds}});
-    EXPECT_EQ(evaluate("document.getElementById('new-comment').value = " + Json(comment).dump() +
-                       "; document.getElementById('add').requestSubmit(); return true;"),
-              true);
+    run(typed("#new-comment", comment) + "document.getElementById('add').requestSubmit();");
 }
 
 std::string PageUnderTest::clipboard() {

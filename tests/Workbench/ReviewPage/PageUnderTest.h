@@ -17,6 +17,9 @@ namespace workbench {
 
 using Json = nlohmann::json;
 
+// The script of somebody who types into a field.
+[[nodiscard]] std::string typed(std::string const& selector, std::string const& text);
+
 // The served page in the real engine, at the panel's size, with a stand-in for the panel: it records what the
 // page posts and answers the way the panel does. Its port is its own, and so is its storage.
 class PageUnderTest final {
