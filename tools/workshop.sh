@@ -148,7 +148,7 @@ test_npm_package() {
     shift
     use_node || die 3 "there is no node that is new enough (20.19, 22.12 or 24): ./test installs $own_node with npm"
     has_npm_packages "$folder" || die 3 "the tools of $folder are not installed: ./test installs them with npm"
-    cd "$root/$folder"
+    cd "$root/$folder" || die 3 "there is no $folder"
     # The test runner looks at the types in its type tests alone.
     node node_modules/typescript/bin/tsc || die 1 "$folder does not compile"
     exec node node_modules/vitest/vitest.mjs run "$@"

@@ -40,16 +40,18 @@ export function CommentList({ review }: { review: Review }) {
     const ids = useMemo(() => comments.map(({ id }) => id), [comments]);
     useMemo(() => layout.setRows(ids), [ids]);
 
-    function remeasure(): void {
+    /** Answers whether rows turned out to be of another height; then they are rendered again. */
+    function remeasure(): boolean {
         const rows = list.current!.children as HTMLCollectionOf<HTMLLIElement>;
         const heights = new Map(Array.from(rows, (row) => [row.dataset["id"]!, row.offsetHeight]));
         const added = layout.measure(heights, scroller.current!.scrollTop);
         if (added === undefined)
-            return;
+            return false;
         list.current!.style.height = `${layout.height}px`;
         if (added !== 0)
             scrollTo(scroller.current!.scrollTop + added);
         measurements.value = measurements.peek() + 1;
+        return true;
     }
 
     function scrollTo(top: number): void {
@@ -57,22 +59,19 @@ export function CommentList({ review }: { review: Review }) {
         scrollTop.value = scroller.current!.scrollTop;
     }
 
-    /** Scrolls to what is asked for; it is there after the next rendering at the latest. */
-    function reveal(): void {
+    /** Scrolls to what is asked for, until it is there and no row on the way turns out higher. */
+    function reveal(isMeasured: boolean): void {
         const request = wanted.current;
         const index = request ? ids.indexOf(request.id) : -1;
         if (!request || index < 0)
             return;
         const { scrollTop: before, clientHeight } = scroller.current!;
+        scrollTo(layout.scrollTopToReveal(index, before, clientHeight));
         const row = rowOf(request.id);
-        const target = layout.scrollTopToReveal(index, before, clientHeight);
-        if (target !== before)
-            scrollTo(target);
-        if (!row)
-            return;
-        wanted.current = null;
-        if (request.focus)
+        if (row && request.focus)
             row.querySelector<HTMLElement>(".seek")!.focus({ preventScroll: true });
+        if (row && isMeasured && scroller.current!.scrollTop === before)
+            wanted.current = null;
     }
 
     function rowOf(id: string): HTMLElement | undefined {
@@ -109,9 +108,9 @@ export function CommentList({ review }: { review: Review }) {
         return () => views.disconnect();
     }, []);
     useLayoutEffect(() => {
-        remeasure();
+        const isMeasured = !remeasure();
         keepKeyboard();
-        reveal();
+        reveal(isMeasured);
     });
     useSignalEffect(() => {
         const request = review.highlighted.value;

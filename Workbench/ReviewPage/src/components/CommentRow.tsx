@@ -71,6 +71,11 @@ function Said({ review, comment, isActive }: ActivePart) {
                         {comment.author}
                     </span>
                 )}
+                {comment.resolved && (
+                    <span class="resolved" data-part="resolved">
+                        Resolved
+                    </span>
+                )}
             </span>
             <span class="text" data-part="text">
                 {comment.text}
