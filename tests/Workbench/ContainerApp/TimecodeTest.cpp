@@ -25,7 +25,7 @@ constexpr std::array rates{film,
                            FrameRate{25, 2},
                            FrameRate{1, 1}};
 
-double secondsOf(std::int64_t frame, FrameRate rate) {
+double startOf(std::int64_t frame, FrameRate rate) {
     return static_cast<double>(frame * rate.denominator) / static_cast<double>(rate.numerator);
 }
 
@@ -38,7 +38,7 @@ std::string dropped(std::int64_t frame) {
 TEST(Timecode, FindsTheFrameOfEveryTimeThatIsOne) {
     for (auto const rate : rates)
         for (auto frame = std::int64_t{0}; frame < 200'000; ++frame)
-            ASSERT_EQ(frame, frameAt(secondsOf(frame, rate), rate))
+            ASSERT_EQ(frame, frameAt(startOf(frame, rate), rate))
                 << rate.numerator << '/' << rate.denominator;
 }
 
