@@ -6,7 +6,7 @@ import signal
 import subprocess
 import time
 
-from touring.accessibility import ACTIVE, FOCUSED, Gone
+from touring.accessibility import ACTIVE, EXPANDED, FOCUSED, Gone
 
 PAGE_CONTROL = ["com.zelvix.fcp.ReviewPage", "/com/zelvix/fcp/ReviewPage", "com.zelvix.fcp.ReviewPage1", "Served"]
 SETTLED = ("Synced", "Not synced", "Deleting", "Not deleted", "Syncing")
@@ -19,15 +19,18 @@ class Unexpected(Exception):
 
 
 class Stage:
+    FIELD = "New comment at the playhead"
+
     def __init__(self, session, screen, bus, build):
         self.session, self.screen, self.bus, self.build = session, screen, bus, build
         self.workbench = None
 
     # Programs
 
-    def start(self, film):
+    def start(self, *films):
         self.session.environment.update(ENVIRONMENT_OF_THE_LOG)
-        self.workbench = self.session.start("workbench", [str(self.build / "bin/zelvix-workbench"), film.path])
+        files = [str(film.path) for film in films]
+        self.workbench = self.session.start("workbench", [str(self.build / "bin/zelvix-workbench"), *files])
 
     def check_alive(self):
         if self.workbench.poll() is not None:
@@ -130,6 +133,16 @@ class Stage:
         x, y, width, height = self.area_of(self.wait(f"widget \"{name}\"", lambda: self.widget(name)))
         self.screen.click(x + width * across, y + height / 2)
 
+    def opened(self, name):
+        """Whether the widget of this name shows its list."""
+        widget = self.widget(name)
+        return widget is not None and widget.has(EXPANDED)
+
+    def pin(self, text):
+        """The pin on the timeline of the comment with this text."""
+        return next((widget for widget in self.widgets()
+                     if widget.seen_name.startswith("Comment, ") and widget.seen_name.endswith(text)), None)
+
     def host_frame(self):
         """The number of the frame at the editor's playhead."""
         label = self.widget("Frame")
@@ -189,12 +202,15 @@ class Stage:
     def comment(self, text):
         return next((entry for entry in self.comments() if entry[0].name.endswith(text)), None)
 
-    def add_comment(self, text):
-        field = "New comment at the playhead"
-        self.click_page(field)
+    def write_comment(self, text):
+        """Types it into the page's field."""
+        self.click_page(self.FIELD)
         self.wait("keyboard in the comment's field",
-                  lambda: self.in_page(lambda node: node.name == field and node.has(FOCUSED)))
+                  lambda: self.in_page(lambda node: node.name == self.FIELD and node.has(FOCUSED)))
         self.screen.type(text)
+
+    def add_comment(self, text):
+        self.write_comment(text)
         self.screen.press("Return")
         return self.wait(f"comment \"{text}\" on the page", lambda: self.comment(text), saw=self.page_summary)
 

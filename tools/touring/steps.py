@@ -24,8 +24,8 @@ TIMELINE_MARGIN = 12  # pixels that the timeline leaves free at both ends
 
 
 class Tour:
-    def __init__(self, stage, film, is_own_clip, links, pictures):
-        self.stage, self.film, self.is_own_clip = stage, film, is_own_clip
+    def __init__(self, stage, film, other, is_own_clip, links, pictures):
+        self.stage, self.film, self.other, self.is_own_clip = stage, film, other, is_own_clip
         self.links, self.pictures = links, pictures
         self.texts = ["Tighten this cut", "Check the sound here"]
         self.markers_before = [path for path in MARKERS if os.path.exists(path)]
@@ -33,14 +33,18 @@ class Tour:
             ("the loading overlay is shown, then the page is revealed", self.overlay),
             ("the page hears of its connection and of the clip's name, duration and rate", self.connected),
             ("playing moves the page's timecode", self.playing),
+            ("the keys play on and back, at several speeds", self.speeds),
             ("two comments come through to the database", self.comments),
             ("the page seeks, and the picture shows that frame", self.seeking),
             ("a click on the timeline near a comment marks that comment in the page", self.marker),
+            ("both comments are pins on the timeline, and a click on one goes there", self.pins),
+            ("another sequence has comments of its own", self.sequences),
             ("the CSV export holds both comments", self.export),
             ("a link to a foreign host goes to the desktop, and the page stays", self.foreign_link),
             ("without its server the page gives way to the error overlay", self.server_gone),
             ("the server comes back, and a retry recovers", self.server_back),
             ("the container is killed in mid-command, and a later command works with a new one", self.container_killed),
+            ("what is being written outlives the container and the page", self.drafts),
             ("the workbench ends and leaves nothing behind", self.ending),
         ]
 
@@ -49,7 +53,7 @@ class Tour:
         still lets it be looked at, and on a machine that is too busy even for that, so does another start."""
         stage = self.stage
         for tries_left in [2, 1, 0]:
-            stage.start(self.film)
+            stage.start(self.film, self.other)
             try:
                 self.see_overlay()
                 break
@@ -110,6 +114,20 @@ class Tour:
         stage.click_widget("Play")
         self.settled()
 
+    def speeds(self):
+        stage = self.stage
+        enough = max(2, min(12, self.film.frames // 20))
+        self.click_timeline(0.3)
+        for key, direction in [("l", 1), ("j", -1)]:
+            start = stage.host_frame()
+            stage.screen.press(key, key)
+            stage.wait("speed of 2", lambda: "2" in (stage.widget("Speed").text or ""), saw=lambda: stage.widget("Speed").text)
+            stage.wait(f"{enough} frames after \"{key}\"",
+                       lambda start=start, direction=direction: (stage.host_frame() - start) * direction >= enough,
+                       saw=stage.host_frame)
+            stage.screen.press("k")
+            self.settled()
+
     def comments(self):
         for part, text in zip([0.25, 0.75], self.texts):
             self.click_timeline(part)
@@ -142,6 +160,38 @@ class Tour:
             raise Unexpected(f"\"fcp:marker-clicked\" with {event} instead of {key}, {body}")
         stage.wait(f"mark on \"{body}\"", lambda: stage.comment(body)[2],
                    saw=lambda: [(element.name, marked) for element, _, marked in stage.comments()])
+
+    def pins(self):
+        stage = self.stage
+        for number in [0, 1]:
+            body, seconds, _ = self.stored(number)
+            self.click_timeline(1.0 if number == 0 else 0.0)
+            pin = stage.wait(f"pin of \"{body}\"", lambda body=body: stage.pin(body), saw=self.widgets)
+            x, y, width, height = stage.area_of(pin)
+            stage.screen.click(x + width / 2, y + height / 2)
+            frame = self.film.frame_at(seconds)
+            stage.wait(f"frame {frame} after a click on its pin", lambda frame=frame: stage.host_frame() == frame,
+                       saw=stage.host_frame)
+            stage.wait(f"mark on \"{body}\"", lambda body=body: stage.comment(body)[2], saw=stage.page_summary)
+
+    def sequences(self):
+        stage = self.stage
+        self.choose_sequence("Down", self.other)
+        stage.wait("page without the first sequence's comments",
+                   lambda: not any(stage.comment(text) for text in self.texts), saw=stage.page_summary)
+        stage.wait("timeline without pins", lambda: not any(stage.pin(text) for text in self.texts), saw=self.widgets)
+        self.choose_sequence("Up", self.film)
+        stage.wait("page with both comments", lambda: all(stage.comment(text) for text in self.texts),
+                   saw=stage.page_summary)
+        stage.wait("both pins", lambda: all(stage.pin(text) for text in self.texts), saw=self.widgets)
+
+    def choose_sequence(self, key, film):
+        stage = self.stage
+        name = pathlib.Path(film.path).name
+        stage.click_widget("Sequence")
+        stage.wait("open list of sequences", lambda: stage.opened("Sequence"), saw=self.widgets)
+        stage.screen.press(key, "Return")
+        stage.wait(f"sequence {name} in the page", lambda: stage.page_says(name), saw=stage.page_summary)
 
     def export(self):
         stage = self.stage
@@ -208,6 +258,23 @@ class Tour:
         bodies = [body for body, _, _ in stage.stored_comments()]
         if "Heard by the new one" not in bodies or not set(self.texts) <= set(bodies):
             raise Unexpected(f"the database holds {bodies}")
+
+    def drafts(self):
+        stage = self.stage
+        words = "Half a thought"
+        stage.write_comment(words)
+        first = stage.wait("container application", stage.containers)[0]
+        os.kill(first, signal.SIGKILL)
+        stage.wait("new container application", lambda: set(stage.containers()) - {first}, 30, saw=stage.containers)
+        stage.arrange()
+        self.reload_page()
+        stage.wait("page without its words", lambda: not stage.page_element(stage.FIELD), 10, saw=stage.page_summary)
+        stage.wait(f"\"{words}\" in the comment's field",
+                   lambda: (stage.page_text(stage.FIELD) or "").strip() == words, saw=lambda: stage.page_text(stage.FIELD))
+        stage.wait("connected page", lambda: stage.page_says("Connected"), saw=stage.page_summary)
+        stage.click_page(stage.FIELD)
+        stage.screen.press("End", "Return")
+        stage.wait_synced(words)
 
     def ending(self):
         stage = self.stage
