@@ -9,6 +9,11 @@ void setAccessibleName(Gtk::Widget& widget, std::string const& name) {
                                    -1);
 }
 
+void setAccessibleDescription(Gtk::Widget& widget, std::string const& text) {
+    gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION,
+                                   text.c_str(), -1);
+}
+
 void setAccessibleValue(Gtk::Widget& widget, double value, double last, std::string const& words) {
     gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_VALUE_MIN, 0.0,
                                    GTK_ACCESSIBLE_PROPERTY_VALUE_MAX, last, GTK_ACCESSIBLE_PROPERTY_VALUE_NOW,

@@ -66,7 +66,21 @@ void EditorWindow::arrange(WindowState const& earlier) {
     split.set_shrink_start_child(false);
     split.set_shrink_end_child(false);
     split.set_position(size.width - earlier.panelWidth.value_or(PanelPane::Width));
-    set_child(split);
+    body.set_child(split);
+    placeLight();
+    set_child(body);
+}
+
+// On the divider, wherever that is dragged to.
+void EditorWindow::placeLight() {
+    light.set_halign(Gtk::Align::START);
+    light.set_valign(Gtk::Align::CENTER);
+    auto const follow = [this] {
+        light.set_margin_start(std::max(split.get_position() - ConnectionLight::Width / 2, 0));
+    };
+    split.property_position().signal_changed().connect(follow);
+    follow();
+    body.add_overlay(light);
 }
 
 void EditorWindow::followEditor() {

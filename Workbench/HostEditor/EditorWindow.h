@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Workbench/HostEditor/ConnectionLight.h"
 #include "Workbench/HostEditor/NoticeList.h"
 #include "Workbench/HostEditor/OpenControl.h"
 #include "Workbench/HostEditor/PanelPane.h"
@@ -11,6 +12,7 @@
 #include "Workbench/HostEditor/WindowState.h"
 
 #include <gtkmm/headerbar.h>
+#include <gtkmm/overlay.h>
 #include <gtkmm/paned.h>
 #include <gtkmm/window.h>
 
@@ -32,6 +34,8 @@ public:
 
     void showPins(std::vector<Pin> pins, bool areLive);
 
+    void showConnections(Connections const& connections) { light.show(connections); }
+
     // As it is to be found again.
     [[nodiscard]] WindowState state() const;
 
@@ -48,6 +52,7 @@ private:
     bool typeTimecode(guint key);
     [[nodiscard]] bool keysAreOurs();
     [[nodiscard]] std::int64_t framesInSecond() const;
+    void placeLight();
     void listenToDrops();
     void showFiles();
     void showActive();
@@ -61,6 +66,8 @@ private:
     Gtk::HeaderBar head;
     OpenControl opening;
     SequenceChoice sequences;
+    Gtk::Overlay body;
+    ConnectionLight light;
     Gtk::Paned split{Gtk::Orientation::HORIZONTAL};
     Gtk::Box stage{Gtk::Orientation::VERTICAL};
     NoticeList notices;

@@ -62,6 +62,13 @@ public:
 
     void onMove(Move callback) { move = std::move(callback); }
 
+    void onObserved(std::function<void()> callback) { observed = std::move(callback); }
+
+    [[nodiscard]] bool isObserved() const {
+        std::lock_guard const lock{access};
+        return !observers.empty();
+    }
+
     // Without the lock: an observer asks from inside the call, and may remove itself there.
     void tellObservers(ObserverCall call) const {
         std::vector<std::shared_ptr<fcp::FCPXTimelineObserver>> told;
@@ -96,17 +103,32 @@ public:
     }
 
     void add(std::shared_ptr<fcp::FCPXTimelineObserver> observer) override {
-        std::lock_guard const lock{access};
-        if (observer && std::ranges::find(observers, observer) == observers.end())
-            observers.push_back(std::move(observer));
+        {
+            std::lock_guard const lock{access};
+            if (observer && std::ranges::find(observers, observer) == observers.end())
+                observers.push_back(std::move(observer));
+        }
+        tellObserved();
     }
 
     void remove(std::shared_ptr<fcp::FCPXTimelineObserver> observer) override {
-        std::lock_guard const lock{access};
-        std::erase(observers, observer);
+        {
+            std::lock_guard const lock{access};
+            std::erase(observers, observer);
+        }
+        tellObserved();
     }
 
 private:
+    // Observers come and go on any thread.
+    void tellObserved() {
+        runLater([weak = weak_from_this()] {
+            auto const self = weak.lock();
+            if (self && self->observed)
+                self->observed();
+        });
+    }
+
     void moveTo(fcp::CMTime const& time) const {
         std::unique_lock lock{access};
         auto const target = facts ? frameAt(time, facts->rate, facts->length) : std::nullopt;
@@ -120,6 +142,7 @@ private:
     std::int64_t frame = 0;
     std::vector<std::shared_ptr<fcp::FCPXTimelineObserver>> observers;
     Move move;
+    std::function<void()> observed;
     std::thread::id const mainThread = std::this_thread::get_id();
 };
 
@@ -185,6 +208,15 @@ void HostBridge::close() {
     isClosed = true;
     messenger.reset();
     line->onMove({});
+    line->onObserved({});
+}
+
+bool HostBridge::isObserved() const {
+    return line->isObserved();
+}
+
+void HostBridge::onObserved(std::function<void()> changed) {
+    line->onObserved(std::move(changed));
 }
 
 std::shared_ptr<fcp::FCPXTimeline> HostBridge::timeline() const {

@@ -26,6 +26,10 @@ public:
 
     void onMove(Move move);
 
+    // Whether anybody observes the timeline; each change is told on the main thread.
+    [[nodiscard]] bool isObserved() const;
+    void onObserved(std::function<void()> changed);
+
     // Another sequence is active, or none, with its playhead at `frame`: observers hear of both changes.
     void setActive(std::optional<SequenceFacts> sequence, std::int64_t frame);
 

@@ -9,6 +9,7 @@
 #include "Workbench/HostEditor/Journal.h"
 #include "Workbench/HostEditor/MediaEngine.h"
 #include "Workbench/HostEditor/PanelModule.h"
+#include "Workbench/HostEditor/PanelWatch.h"
 #include "Workbench/HostEditor/PinsClient.h"
 #include "Workbench/HostEditor/ProgramFolder.h"
 #include "Workbench/HostEditor/SessionBus.h"
@@ -83,7 +84,19 @@ private:
         pins->signalChanged().connect([this] {
             if (window)
                 window->showPins(pins->pins(), pins->isLive());
+            showConnections();
         });
+        host.onObserved([this] { showConnections(); });
+        panelWatch.signalChanged().connect([this] { showConnections(); });
+    }
+
+    void showConnections() {
+        Connections const now{host.isObserved(), panelWatch.pageSpeaks(), pins->isLive()};
+        if (!window || now == connections)
+            return;
+        connections = now;
+        window->showConnections(connections);
+        journal.say(summary(connections));
     }
 
     void tellActive() {
@@ -127,6 +140,7 @@ private:
         window->signal_close_request().connect(endWithWindow, false);
         window->present();
         journal.say("window shown");
+        showConnections();
         // After the first picture: the panel's engine takes a while to load.
         Glib::signal_idle().connect_once([this] { loadPanel(); });
     }
@@ -146,6 +160,7 @@ private:
             return;
         }
         window->panel().hold(std::get<GtkWidget*>(made));
+        panelWatch.follow(std::get<GtkWidget*>(made));
         journal.say("panel loaded from " + module.string() + " in " + watch.text());
     }
 
@@ -173,6 +188,8 @@ private:
     std::unique_ptr<PageServerControl> pageControl;
     std::optional<ContainerLauncher> launcher;
     std::unique_ptr<EditorWindow> window;
+    PanelWatch panelWatch;
+    Connections connections; // as they are shown
 };
 
 } // namespace

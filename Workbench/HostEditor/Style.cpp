@@ -24,6 +24,7 @@ window.workbench paned > separator {
 
 .workbench-stage { background: #171714; color: #d9d6cb; }
 .workbench-picture { background: #0d0d0c; color: #d9d6cb; }
+.workbench-light { background: #1f1f1c; border: 1px solid #2b2b27; border-radius: 7px; padding: 3px 0; }
 .workbench-panel { background: #171714; color: #d9d6cb; }
 .workbench-panel-message { margin: 24px; }
 .workbench-heading { font-weight: 600; font-size: 15px; margin-bottom: 8px; }

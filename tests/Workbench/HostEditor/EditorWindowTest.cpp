@@ -586,6 +586,28 @@ TEST_F(Window, LeavesThePanelTheWidthThatItWasMadeFor) {
     EXPECT_NEAR(find("Review panel").get_width(), PanelPane::Width, 2);
 }
 
+TEST_F(Window, ShowsOnTheDividerWhoIsConnected) {
+    showFilm();
+    auto& light = find("Connections");
+    auto const says = [&](std::string const& text) {
+        std::unique_ptr<char, decltype(&g_free)> const mismatch{
+            gtk_test_accessible_check_property(GTK_ACCESSIBLE(light.gobj()),
+                                               GTK_ACCESSIBLE_PROPERTY_DESCRIPTION, text.c_str(), nullptr),
+            &g_free};
+        return !mismatch;
+    };
+    EXPECT_TRUE(says("host away, page away, container away"));
+    window->showConnections({.host = true, .page = false, .container = true});
+    EXPECT_TRUE(says("host connected, page away, container connected"));
+    EXPECT_EQ(light.get_tooltip_text(), "Host: the panel follows the timeline\n"
+                                        "Page: nothing has been heard of it\nContainer: it is on the bus");
+    auto const middle = [](Gtk::Widget& widget, std::pair<int, int> const& corner) {
+        return corner.first + widget.get_width() / 2;
+    };
+    auto& panel = find("Review panel");
+    EXPECT_NEAR(middle(light, place(light, 0, 0)), place(panel, 0, 0).first, 3);
+}
+
 TEST_F(Window, LeavesThePanelItsKeys) {
     showFilm();
     auto* const entry = Gtk::make_managed<Gtk::Entry>();

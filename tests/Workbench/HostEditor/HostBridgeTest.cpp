@@ -81,6 +81,7 @@ protected:
 
     HostBridge host{HostBridge::Delivery::MainThread};
     std::vector<std::int64_t> moves;
+    std::thread::id const mainThread = std::this_thread::get_id();
 };
 
 TEST_F(Host, HasATimelineFromTheStartAndNoSequence) {
@@ -90,6 +91,21 @@ TEST_F(Host, HasATimelineFromTheStartAndNoSequence) {
     EXPECT_EQ(playhead.value, 0);
     EXPECT_GT(playhead.timescale, 0);
     EXPECT_EQ(playhead.flags, CMTime::Valid);
+}
+
+TEST_F(Host, TellsOnItsOwnThreadWhetherItIsObserved) {
+    std::vector<bool> told;
+    host.onObserved([&] {
+        EXPECT_EQ(std::this_thread::get_id(), mainThread);
+        told.push_back(host.isObserved());
+    });
+    EXPECT_FALSE(host.isObserved());
+    auto const listener = std::make_shared<Listener>(host);
+    std::thread{[&] { host.timeline()->add(listener); }}.join();
+    ASSERT_TRUE(waitUntil([&] { return told.size() == 1; }));
+    host.timeline()->remove(listener);
+    ASSERT_TRUE(waitUntil([&] { return told.size() == 2; }));
+    EXPECT_EQ(told, (std::vector<bool>{true, false}));
 }
 
 TEST_F(Host, TellsTimesAsExactFractions) {

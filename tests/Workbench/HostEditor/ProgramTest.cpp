@@ -277,6 +277,15 @@ TEST_F(Program, StartsItsContainerAndEndsIt) {
     EXPECT_TRUE(isGone(second));
 }
 
+TEST_F(Program, TellsWhoIsConnectedToTheRealPanel) {
+    RunningProgram program{command({"--panel", REAL_PANEL, film()})};
+    EXPECT_TRUE(program.waitFor("host connected, page connected, container connected\n")) << program.output();
+    EXPECT_FALSE(program.linesWith("host connected, page away").empty()) << program.output();
+    kill(containerOf(program, 0), SIGKILL);
+    EXPECT_TRUE(program.waitFor("host connected, page connected, container away\n")) << program.output();
+    endCleanly(program);
+}
+
 TEST_F(Program, LeavesNothingBehindWhenItIsKilled) {
     RunningProgram program{command({"--panel", FAKE_PANEL, "--no-page", film()})};
     ASSERT_TRUE(program.waitForLines("container answers on the bus", 1)) << program.output();
