@@ -58,6 +58,9 @@ public:
     // 0 while it is paused, below 0 backwards.
     [[nodiscard]] double speed() const { return player.speed(); }
 
+    // Frames that the engine has left out since the sequence became active.
+    [[nodiscard]] int dropped() const { return player.dropped(); }
+
     // The frame on the screen, and the one that is going to be there.
     [[nodiscard]] std::int64_t position() const { return player.position(); }
 

@@ -153,7 +153,7 @@ void EditorWindow::listenToDrops() {
 
 // What the panel, an open list and a text field are typed into stays theirs.
 bool EditorWindow::keysAreOurs() {
-    auto const* const focus = get_focus();
+    auto* const focus = get_focus();
     return !focus || (focus->is_ancestor(stage) && !GTK_IS_EDITABLE(focus->gobj()));
 }
 

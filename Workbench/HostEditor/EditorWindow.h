@@ -36,6 +36,8 @@ public:
 
     void showConnections(Connections const& connections) { light.show(connections); }
 
+    [[nodiscard]] int paintedPictures() const { return picture.painted(); }
+
     // As it is to be found again.
     [[nodiscard]] WindowState state() const;
 

@@ -6,6 +6,8 @@
 #include <gtkmm/snapshot.h>
 #include <pangomm/layout.h>
 
+#include <utility>
+
 namespace workbench {
 
 namespace {
@@ -44,6 +46,7 @@ void PictureView::show(Picture const& picture) {
     texture = Gdk::MemoryTexture::create(picture.size.width, picture.size.height,
                                          Gdk::MemoryTexture::Format::B8G8R8A8_PREMULTIPLIED, pixels,
                                          static_cast<gsize>(picture.size.width) * BytesPerPixel);
+    isNew = true;
     queue_draw();
 }
 
@@ -68,6 +71,8 @@ void PictureView::snapshot_vfunc(Glib::RefPtr<Gtk::Snapshot> const& snapshot) {
     // A clip of another shape than its sequence lies inside the sequence's frame.
     auto const frame = fitted(shape, all);
     auto const place = centred(fitted(pictureAspect, frame), all);
+    if (std::exchange(isNew, false))
+        ++paintedSoFar;
     gtk_snapshot_append_texture(snapshot->gobj(), texture->gobj(), &place);
 }
 

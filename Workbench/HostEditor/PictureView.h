@@ -17,6 +17,9 @@ public:
 
     void show(Picture const& picture);
 
+    // Pictures that have been drawn, each once.
+    [[nodiscard]] int painted() const { return paintedSoFar; }
+
     // Instead of a picture. Empty: nothing, until one comes.
     void say(std::string const& newHeading, std::string const& newDetail);
 
@@ -37,6 +40,8 @@ private:
     Glib::RefPtr<Gdk::Texture> texture;
     double pictureAspect = 1;
     double shape = 16.0 / 9.0;
+    bool isNew = false; // the picture has not been drawn yet
+    int paintedSoFar = 0;
     std::string heading;
     std::string detail;
     sigc::signal<void(PixelSize)> areaChanged;

@@ -111,6 +111,10 @@ double Playback::speed() const {
     return sequence.producer().get_speed();
 }
 
+int Playback::dropped() const {
+    return consumer->get_int("drop_count");
+}
+
 void Playback::setPictureLimits(PixelSize size, int height) {
     std::lock_guard const lock{converting};
     area = size;

@@ -42,6 +42,9 @@ public:
     void setSpeed(double speed);
     [[nodiscard]] double speed() const;
 
+    // Frames that the engine has left out because they would have come too late.
+    [[nodiscard]] int dropped() const;
+
     // Pictures from the next one on are made for this area, and no higher than the limit.
     void setPictureLimits(PixelSize size, int height);
 

@@ -48,6 +48,9 @@ public:
 
     [[nodiscard]] std::int64_t target() const;
 
+    // Frames that the engine has left out since the sequence was put on.
+    [[nodiscard]] int dropped() const { return playback ? playback->dropped() : 0; }
+
     // The room for the picture, in pixels of the screen.
     void setArea(PixelSize size);
 

@@ -11,6 +11,7 @@
 #include "Workbench/HostEditor/PanelModule.h"
 #include "Workbench/HostEditor/PanelWatch.h"
 #include "Workbench/HostEditor/PinsClient.h"
+#include "Workbench/HostEditor/PlayTally.h"
 #include "Workbench/HostEditor/ProgramFolder.h"
 #include "Workbench/HostEditor/SessionBus.h"
 #include "Workbench/HostEditor/SignalWatch.h"
@@ -81,6 +82,7 @@ private:
         host.onMove([this](std::int64_t frame) { editor.seek(frame); });
         editor.signalActiveChanged().connect([this] { tellActive(); });
         editor.signalPositionChanged().connect([this] { host.setFrame(editor.position()); });
+        editor.signalPlayingChanged().connect([this] { tellPlay(); });
         pins->signalChanged().connect([this] {
             if (window)
                 window->showPins(pins->pins(), pins->isLive());
@@ -88,6 +90,18 @@ private:
         });
         host.onObserved([this] { showConnections(); });
         panelWatch.signalChanged().connect([this] { showConnections(); });
+    }
+
+    // Each stretch of play in one line, also where only the speed changes.
+    void tellPlay() {
+        if (!window)
+            return;
+        PlayCounts const counts{window->paintedPictures(), editor.dropped()};
+        if (tally)
+            journal.say(tally->text(counts));
+        tally.reset();
+        if (editor.isPlaying())
+            tally.emplace(editor.speed(), counts);
     }
 
     void showConnections() {
@@ -190,6 +204,7 @@ private:
     std::unique_ptr<EditorWindow> window;
     PanelWatch panelWatch;
     Connections connections; // as they are shown
+    std::optional<PlayTally> tally; // while it plays
 };
 
 } // namespace

@@ -84,6 +84,12 @@ TEST(Benches, MeasureTheWayToTheContainerAndBack) {
     expectMeasures("bench-container", {"container round trip"});
 }
 
+#ifdef MEASURES_PLAYBACK
+TEST(Benches, MeasurePlaybackOfTheEditor) {
+    expectMeasures("bench-playback", {"painted, 720p 25 to 640x360", "processor, 720p 25 to 640x360"});
+}
+#endif
+
 TEST(Benches, MeasureALargeSynchronisation) {
     expectMeasures("bench-syncall", {"syncAllComments with 1 MB"});
 }
