@@ -28,9 +28,9 @@ public:
         std::function<void(WindowContent const&)> show;
         std::function<void(std::string const& sentence)> complain;
         FolderChooser::Dialog chooseFolder;
-        std::function<void(std::string const& sentence)> tell = {};
+        std::function<void(std::string const& sentence)> tell;
         // From 0 to 1 while an export runs, else none.
-        std::function<void(std::optional<double>)> progress = {};
+        std::function<void(std::optional<double>)> progress;
     };
 
     ContainerApp(ContainerOptions options, Console const& console);

@@ -99,15 +99,14 @@ std::string describeExport(ExportRecord const& record) {
 
 } // namespace
 
-WindowContent readWindowContent(Store& store, std::string const& wanted) {
+WindowContent readWindowContent(Store& store, std::string const& key) {
     auto content = WindowContent{};
     content.sequences = sequencesIn(store.sequences);
-    auto const isKnown = std::ranges::find(content.sequences, wanted, &WindowContent::SequenceRow::key) !=
+    auto const isKnown = std::ranges::find(content.sequences, key, &WindowContent::SequenceRow::key) !=
                          content.sequences.end();
-    auto const key = isKnown ? wanted : store.sequences.activeKey();
-    auto const sequence = store.sequences.description(key);
-    auto comments = store.comments.comments(key);
-    content.shown = key;
+    content.shown = isKnown ? key : store.sequences.activeKey();
+    auto const sequence = store.sequences.description(content.shown);
+    auto comments = store.comments.comments(content.shown);
     content.folder = outputFolder(store.settings);
     content.summary = summaryOf(comments);
     for (auto const& comment : threaded(std::move(comments)))

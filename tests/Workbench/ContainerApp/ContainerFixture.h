@@ -18,7 +18,7 @@ class ContainerFixture : public testing::Test {
 protected:
     void SetUp() override { startContainer(); }
 
-    void startContainer(ProcessLimits limits = {}) {
+    void startContainer(ProcessLimits const& limits = {}) {
         container.reset();
         container = std::make_unique<ContainerProcess>(
             std::vector<std::string>{"--no-window", "--verbose", "--database", database}, limits);

@@ -74,7 +74,7 @@ bool waitUntil(std::function<bool()> const& condition, std::chrono::seconds pati
     return true;
 }
 
-ContainerProcess::ContainerProcess(std::vector<std::string> arguments, ProcessLimits limits) {
+ContainerProcess::ContainerProcess(std::vector<std::string> arguments, ProcessLimits const& limits) {
     auto program = std::string{CONTAINER_PROGRAM};
     auto pointers = std::vector<char*>{program.data()};
     for (auto& argument : arguments)

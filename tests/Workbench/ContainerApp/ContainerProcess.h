@@ -29,13 +29,13 @@ struct Disk {
 struct ProcessLimits {
     bool obeysPermissions = false; // also where the tests run as root
     std::optional<unsigned long> fileSize; // in bytes; a write beyond it fails
-    std::optional<Disk> disk = {};
+    std::optional<Disk> disk;
 };
 
 // The real program as a process of its own. Killed when its owner goes.
 class ContainerProcess {
 public:
-    explicit ContainerProcess(std::vector<std::string> arguments, ProcessLimits limits = {});
+    explicit ContainerProcess(std::vector<std::string> arguments, ProcessLimits const& limits = {});
     ~ContainerProcess();
 
     ContainerProcess(ContainerProcess const&) = delete;

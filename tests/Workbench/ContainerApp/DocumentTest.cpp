@@ -1,4 +1,5 @@
 #include "Workbench/ContainerApp/ContainerFixture.h"
+#include "Workbench/ContainerApp/DocumentedLines.h"
 #include "Workbench/ContainerApp/ExportFormat.h"
 
 #include <csignal>
@@ -8,17 +9,6 @@
 namespace workbench {
 
 namespace {
-
-// The one line of the document that begins like this, without its indentation.
-std::string documentedLine(std::string const& beginning) {
-    auto stream = std::istringstream{contentsOf(CONTAINER_DOCUMENT)};
-    auto found = std::vector<std::string>{};
-    for (auto line = std::string{}; std::getline(stream, line);)
-        if (line.starts_with("    " + beginning))
-            found.push_back(line.substr(4));
-    EXPECT_EQ(1U, found.size()) << beginning;
-    return found.empty() ? "false" : found.front();
-}
 
 // The program as a person starts it, with the store in the user's data folder.
 class DocumentTest : public ContainerFixture {
@@ -31,7 +21,7 @@ protected:
     }
 
     void sendDocumentedComment() {
-        EXPECT_EQ("", outputOf(documentedLine("gdbus emit --session") + " 2>&1"));
+        EXPECT_EQ("", outputOf(documentedLine(line::sendComment) + " 2>&1"));
         ASSERT_TRUE(client.waitFor([&] { return !client.answers("req-1-000000").empty(); }));
         EXPECT_EQ(std::vector{Json(true)}, client.answers("req-1-000000"));
     }
@@ -51,38 +41,42 @@ TEST(Document, NamesEveryFormatOfAnExport) {
     }
 }
 
+TEST(Document, HasNoLineThatTheTestsDoNotRun) {
+    EXPECT_EQ(line::all.size(), countDocumentedLines());
+    for (auto const each : line::all)
+        std::ignore = documentedLine(each);
+}
+
 TEST_F(DocumentTest, TellsHowToSendACommentAndToAskForMarkers) {
     sendDocumentedComment();
     EXPECT_EQ("taa{sv} 1 1 7 \"id\" s \"c1\" \"start\" d 12.5 \"duration\" d 0 \"text\" s \"Logo too small\" "
               "\"author\" s \"\" \"colour\" s \"\" \"resolved\" b false\n",
-              outputOf(documentedLine("busctl --user call")));
+              outputOf(documentedLine(line::getMarkersByBusctl)));
     EXPECT_EQ("(uint64 1, [{'id': <'c1'>, 'start': <12.5>, 'duration': <0.0>, 'text': <'Logo too small'>, "
               "'author': <''>, 'colour': <''>, 'resolved': <false>}])\n",
-              outputOf(documentedLine("gdbus call --session --dest com.zelvix.fcp.Container --object-path "
-                                      "/com/zelvix/fcp/Markers")));
+              outputOf(documentedLine(line::getMarkersByGdbus)));
 }
 
 TEST_F(DocumentTest, TellsHowToImport) {
-    auto line = documentedLine("gdbus call --session --dest com.zelvix.fcp.Container --object-path "
-                               "/com/zelvix/fcp/Container");
+    auto command = documentedLine(line::import);
     auto const named = std::string{"/home/me/comments.csv"};
     auto const file = folder / "comments.csv";
     writeFile(file, "id,seconds,text\nc1,12.5,Logo too small\n");
-    ASSERT_NE(std::string::npos, line.find(named));
+    ASSERT_NE(std::string::npos, command.find(named));
     EXPECT_EQ("('imported 1 comment: 1 new, 0 changed, 0 known already',)\n",
-              outputOf(line.replace(line.find(named), named.size(), file)));
-    EXPECT_EQ("reel-1|c1|12.5|Logo too small\n", outputOf(documentedLine("sqlite3")));
+              outputOf(command.replace(command.find(named), named.size(), file)));
+    EXPECT_EQ("reel-1|c1|12.5|Logo too small\n", outputOf(documentedLine(line::readStore)));
 }
 
 TEST_F(DocumentTest, TellsHowToReadTheStore) {
     sendDocumentedComment();
-    EXPECT_EQ("reel-1|c1|12.5|Logo too small\n", outputOf(documentedLine("sqlite3")));
+    EXPECT_EQ("reel-1|c1|12.5|Logo too small\n", outputOf(documentedLine(line::readStore)));
 }
 
 TEST_F(DocumentTest, TellsHowToWatchMarkersChange) {
     auto const seen = folder / "seen";
     auto const monitor =
-        std::stoi(outputOf(documentedLine("gdbus monitor") + " > '" + seen + "' 2>&1 & echo $!"));
+        std::stoi(outputOf(documentedLine(line::watchMarkers) + " > '" + seen + "' 2>&1 & echo $!"));
     // It names the owner once it listens.
     EXPECT_TRUE(waitUntil([&] { return contentsOf(seen).find(" is owned by ") != std::string::npos; }));
     sendDocumentedComment();
@@ -92,17 +86,14 @@ TEST_F(DocumentTest, TellsHowToWatchMarkersChange) {
     ::kill(monitor, SIGKILL);
 }
 
-TEST_F(DocumentTest, TellsHowToAskTheEditor) {
-    auto editor = EditorDouble{sequenceNamed("one")};
-    auto const answer = folder / "answer";
-    ASSERT_EQ(0, std::system((documentedLine("busctl --user get-property") + " > '" + answer + "' && mv '" +
-                              answer + "' '" + answer + ".done' &")
-                                 .c_str()));
-    ASSERT_TRUE(editor.waitFor([&] { return std::filesystem::exists(answer + ".done"); }));
-    EXPECT_EQ("a{sv} 7 \"key\" s \"one\" \"name\" s \"Reel one\" \"uri\" s \"file:///one\" \"frameDuration\" "
-              "(xx) 1001 24000 "
-              "\"durationFrames\" x 480 \"start\" x 0 \"dropFrame\" b false\n",
-              contentsOf(answer + ".done"));
+TEST_F(DocumentTest, TellsHowToSeeWhatTheContainerOffers) {
+    auto const table = outputOf(documentedLine(line::introspectByBusctl));
+    for (auto const* member : {".GetMarkers ", ".MarkersChanged "})
+        EXPECT_NE(std::string::npos, table.find(member)) << table;
+    auto const tree = outputOf(documentedLine(line::introspectByGdbus));
+    for (auto const* member : {"GetMarkers(in  s sequenceKey,", "out aa{sv} markers);",
+                               "MarkersChanged(s sequenceKey,", "Import(in  s file,", "out s sentence);"})
+        EXPECT_NE(std::string::npos, tree.find(member)) << tree;
 }
 
 } // namespace workbench

@@ -26,7 +26,8 @@ protected:
         return error ? 0 : size;
     }
 
-    int exitCodeOf(std::vector<std::string> arguments, std::string& complaint, ProcessLimits limits = {}) {
+    int exitCodeOf(std::vector<std::string> arguments, std::string& complaint,
+                   ProcessLimits const& limits = {}) {
         auto process = ContainerProcess{std::move(arguments), limits};
         auto const code = process.wait();
         complaint = process.complaints();
@@ -263,10 +264,11 @@ TEST_F(FaultsTest, SaysWhyADatabaseCannotBeOpened) {
     std::filesystem::create_directory(folder / "closed");
     std::filesystem::permissions(folder / "closed",
                                  std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
-    EXPECT_EQ(5,
-              exitCodeOf({"--no-window", "--database", folder / "closed/x.sqlite"}, complaint, {true, {}}));
+    EXPECT_EQ(5, exitCodeOf({"--no-window", "--database", folder / "closed/x.sqlite"}, complaint,
+                            {.obeysPermissions = true, .fileSize = {}, .disk = {}}));
     std::filesystem::permissions(database, std::filesystem::perms::owner_read);
-    EXPECT_EQ(5, exitCodeOf({"--no-window", "--database", database}, complaint, {true, {}}));
+    EXPECT_EQ(5, exitCodeOf({"--no-window", "--database", database}, complaint,
+                            {.obeysPermissions = true, .fileSize = {}, .disk = {}}));
     EXPECT_EQ("zelvix-container: " + database + ": cannot write " + database +
                   "; let this user write the file and its folder, or take another one with --database\n",
               complaint);
@@ -280,7 +282,7 @@ TEST_F(FaultsTest, SaysWhatIsWrongWithItsArguments) {
 
 TEST_F(FaultsTest, LosesNothingWhenTheDiskIsFull) {
     ASSERT_EQ(true, sync(comment("a", 1)));
-    startContainer({.obeysPermissions = false, .fileSize = 200'000});
+    startContainer({.obeysPermissions = false, .fileSize = 200'000, .disk = {}});
     EXPECT_EQ(false, client.request("syncAllComments", {{"comments", largeList("b")}}));
     EXPECT_TRUE(complains("zelvix-container: syncAllComments failed: cannot use the database: "));
     EXPECT_EQ("a", markerAt(1).at("id"));
@@ -291,7 +293,7 @@ TEST_F(FaultsTest, LosesNothingWhenTheDiskIsFull) {
 }
 
 TEST_F(FaultsTest, RefusesToExportIntoAFolderThatItMayNotWrite) {
-    startContainer({.obeysPermissions = true, .fileSize = {}});
+    startContainer({.obeysPermissions = true, .fileSize = {}, .disk = {}});
     std::filesystem::create_directory(folder / "closed");
     std::filesystem::permissions(folder / "closed",
                                  std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
@@ -307,7 +309,7 @@ TEST_F(FaultsTest, ReportsAnExportThatFillsTheDisk) {
     ASSERT_EQ(true, client.request("syncAllComments", {{"comments", largeList("a")}}));
     container->signal(SIGTERM); // unlike SIGKILL it leaves no large log, to which nothing could be added
     ASSERT_EQ(0, container->wait());
-    startContainer({.obeysPermissions = false, .fileSize = 300'000});
+    startContainer({.obeysPermissions = false, .fileSize = 300'000, .disk = {}});
     auto const exports = folder / "exports";
     std::filesystem::create_directory(exports);
     EXPECT_EQ(true, client.request("startExport", {{"format", "csv"}, {"folder", exports}}));
