@@ -25,20 +25,22 @@ constexpr std::array rates{film,
                            FrameRate{25, 2},
                            FrameRate{1, 1}};
 
-double startOf(std::int64_t frame, FrameRate rate) {
-    return static_cast<double>(frame * rate.denominator) / static_cast<double>(rate.numerator);
-}
-
 std::string dropped(std::int64_t frame) {
     return timecode(frame, {ntsc, 0, true});
 }
 
 } // namespace
 
+TEST(Timecode, TellsWhenAFrameBegins) {
+    EXPECT_EQ(0, secondsOf(0, ntsc));
+    EXPECT_EQ(1001, secondsOf(30'000, ntsc));
+    EXPECT_EQ(0.04, secondsOf(1, FrameRate{25, 1}));
+}
+
 TEST(Timecode, FindsTheFrameOfEveryTimeThatIsOne) {
     for (auto const rate : rates)
         for (auto frame = std::int64_t{0}; frame < 200'000; ++frame)
-            ASSERT_EQ(frame, frameAt(startOf(frame, rate), rate))
+            ASSERT_EQ(frame, frameAt(secondsOf(frame, rate), rate))
                 << rate.numerator << '/' << rate.denominator;
 }
 
