@@ -20,13 +20,23 @@ void Settings::set(std::string const& key, std::string const& value) {
     write.run(key, value);
 }
 
-std::string outputFolder(Settings& settings) {
-    if (auto const chosen = settings.value(outputFolderSetting))
-        return *chosen;
+namespace {
+
+std::string documentsFolder() {
     auto const* documents = g_get_user_special_dir(G_USER_DIRECTORY_DOCUMENTS);
-    auto folder = documents ? std::string{documents} : std::string{g_get_home_dir()} + "/Documents";
-    g_mkdir_with_parents(folder.c_str(), 0777);
-    return folder;
+    return documents ? documents : std::string{g_get_home_dir()} + "/Documents";
+}
+
+} // namespace
+
+std::string namedOutputFolder(Settings& settings) {
+    return settings.value(outputFolderSetting).value_or(documentsFolder());
+}
+
+std::string outputFolder(Settings& settings) {
+    if (!settings.value(outputFolderSetting))
+        g_mkdir_with_parents(documentsFolder().c_str(), 0777);
+    return namedOutputFolder(settings);
 }
 
 } // namespace workbench

@@ -23,7 +23,10 @@ private:
 // The folder for exports that was chosen last.
 inline constexpr char const* outputFolderSetting = "outputFolder";
 
-// The folder for exports: the one that was chosen last, else the user's Documents, made when it is missing.
+// The folder for exports: the one that was chosen last, else the user's Documents.
+[[nodiscard]] std::string namedOutputFolder(Settings& settings);
+
+// The same, ready for an export: Documents are made when they are missing.
 [[nodiscard]] std::string outputFolder(Settings& settings);
 
 } // namespace workbench

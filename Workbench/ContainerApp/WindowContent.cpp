@@ -107,7 +107,7 @@ WindowContent readWindowContent(Store& store, std::string const& key) {
     content.shown = isKnown ? key : store.sequences.activeKey();
     auto const sequence = store.sequences.description(content.shown);
     auto comments = store.comments.comments(content.shown);
-    content.folder = outputFolder(store.settings);
+    content.folder = namedOutputFolder(store.settings);
     content.summary = summaryOf(comments);
     for (auto const& comment : threaded(std::move(comments)))
         content.comments.push_back({.time = timeOf(comment, sequence),

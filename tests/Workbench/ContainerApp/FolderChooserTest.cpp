@@ -59,6 +59,16 @@ TEST_F(FolderChooserTest, BeginsInTheFolderThatWasChosenLast) {
     EXPECT_EQ("/films", opened[1]);
 }
 
+TEST_F(FolderChooserTest, MakesTheFolderOnlyWhenItIsNeeded) {
+    auto const documents = namedOutputFolder(store.settings);
+    ASSERT_NE(std::string::npos, documents.find("/zelvix-session.")); // never a person's own
+    std::filesystem::remove_all(documents);
+    EXPECT_EQ(documents, namedOutputFolder(store.settings));
+    EXPECT_FALSE(std::filesystem::exists(documents));
+    EXPECT_EQ(documents, outputFolder(store.settings));
+    EXPECT_TRUE(std::filesystem::is_directory(documents));
+}
+
 TEST_F(FolderChooserTest, LetsASecondRequestJoinTheOpenDialog) {
     choose();
     choose();

@@ -28,7 +28,8 @@ TEST_F(WindowContentTest, ShowsAnEmptyStore) {
     auto const content = readWindowContent(store);
     ASSERT_EQ(1U, content.sequences.size());
     EXPECT_EQ("No sequence open", content.sequences[0].name);
-    EXPECT_EQ(outputFolder(store.settings), content.folder);
+    store.settings.set(outputFolderSetting, "/films");
+    EXPECT_EQ("/films", readWindowContent(store).folder);
     EXPECT_EQ("No comments", content.summary);
     EXPECT_TRUE(content.comments.empty());
     EXPECT_TRUE(content.exports.empty());
