@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
+#include <cstdlib>
+
 namespace workbench {
 
 namespace {
@@ -190,6 +192,23 @@ TEST_F(MainWindowTest, ShowsHowFarAnExportIsAndLetsItBeCancelled) {
     EXPECT_TRUE(gtk_widget_get_sensitive(button("_Export")));
 }
 
+TEST_F(MainWindowTest, NamesWhatShowsNoNameForScreenReaders) {
+    auto shown = content();
+    shown.comments = {row("1", "a")};
+    window.showContent(shown);
+    window.showProgress(0.5);
+    settle();
+    auto const nameIs = [](GtkWidget* widget, char const* name) {
+        auto* const difference =
+            gtk_test_accessible_check_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL, name);
+        EXPECT_EQ(nullptr, difference) << difference;
+    };
+    nameIs(GTK_WIDGET(choice(0)), "Sequence");
+    nameIs(GTK_WIDGET(choice(1)), "Format of the export");
+    nameIs(find([](GtkWidget* widget) { return GTK_IS_PROGRESS_BAR(widget); }), "Progress of the export");
+    nameIs(find([](GtkWidget* widget) { return GTK_IS_COLUMN_VIEW(widget); }), "Comments");
+}
+
 TEST_F(MainWindowTest, ListsExports) {
     auto shown = content();
     shown.exports = {{"09:30", "/films/a.csv", ExportState::Done},
@@ -225,6 +244,7 @@ TEST_F(MainWindowTest, LeavesItToTheProgramWhatClosingMeans) {
 } // namespace workbench
 
 int main(int count, char** arguments) {
+    ::setenv("GTK_A11Y", "test", 1); // names for screen readers, but no service that speaks them
     testing::InitGoogleTest(&count, arguments);
     if (!workbench::startToolkit())
         return 1;
