@@ -12,6 +12,7 @@ export default defineConfig({
             { find: /^bridge-client$/, replacement: join(client, "index.ts") },
         ],
     },
+    server: { fs: { allow: [import.meta.dirname, client] } },
     build: {
         target: "es2022",
         // The page's policy lets in no file that is written into another one.

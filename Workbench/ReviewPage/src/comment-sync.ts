@@ -65,7 +65,7 @@ export class CommentSync {
         this.#key = key;
         this.#comments.value = this.#store.read(key);
         this.#pause = firstPause;
-        this.#sendWaiting(key, (attempt) => !attempt);
+        this.#sendWaiting((attempt) => !attempt);
         this.#schedule();
     }
 
@@ -95,7 +95,7 @@ export class CommentSync {
                 this.#attempts.delete(id);
         }
         this.#setStates(this.#key!, ({ state }) => (state === "failed" ? "pending" : state));
-        this.#sendWaiting(this.#key!, (attempt) => !attempt);
+        this.#sendWaiting((attempt) => !attempt);
     }
 
     /** Hands the whole list over; the container drops what is not in it. */
@@ -113,7 +113,7 @@ export class CommentSync {
         for (const attempt of attempts.values())
             attempt.isOver = true;
         settle(done ? "synced" : "failed");
-        this.#learn(key, done);
+        this.#learn(done);
         return { done, count: listed.length, milliseconds: performance.now() - startedAt };
     }
 
@@ -124,8 +124,7 @@ export class CommentSync {
 
     /** The container was heard of by another way. */
     containerIsThere(): void {
-        if (this.#key !== null)
-            this.#learn(this.#key, true);
+        this.#learn(true);
     }
 
     #edit(id: string, fields: Partial<ReviewComment>): void {
@@ -152,7 +151,7 @@ export class CommentSync {
         );
         attempt.isOver = true;
         this.#settle(key, id, attempt, done);
-        this.#learn(key, done);
+        this.#learn(done);
     }
 
     #settle(key: string, id: string, attempt: Attempt, done: boolean): void {
@@ -183,22 +182,20 @@ export class CommentSync {
         return revision;
     }
 
-    #learn(key: string, isThere: boolean): void {
+    #learn(isThere: boolean): void {
         if (isThere) {
             this.#pause = firstPause;
-            this.#sendWaiting(key, isDue);
+            this.#sendWaiting(isDue);
         }
         this.#schedule();
     }
 
-    #sendWaiting(key: string, isWanted: (attempt: Attempt | undefined) => boolean): void {
-        if (key !== this.#key)
-            return;
+    #sendWaiting(isWanted: (attempt: Attempt | undefined) => boolean): void {
         const waiting = this.#waiting();
         const due = waiting.filter(({ id }) => isWanted(this.#attempts.get(id)));
         const underWay = waiting.filter(({ id }) => !isDue(this.#attempts.get(id)) && !this.#attempts.get(id)!.isOver).length;
         for (const { id } of due.slice(0, Math.max(0, sideBySide - underWay)))
-            void this.#send(key, id);
+            void this.#send(this.#key!, id);
     }
 
     #waiting(): readonly ReviewComment[] {
@@ -206,23 +203,21 @@ export class CommentSync {
     }
 
     // The one whose last attempt is the longest ago: one that is refused for good does not hold up the others.
-    #probe(key: string): void {
+    #probe(): void {
         const startedAt = ({ id }: ReviewComment) => this.#attempts.get(id)?.startedAt ?? -1;
         const due = this.#waiting().filter(({ id }) => isDue(this.#attempts.get(id)));
         const [first] = [...due].sort((one, other) => startedAt(one) - startedAt(other));
         if (first)
-            void this.#send(key, first.id);
+            void this.#send(this.#key!, first.id);
     }
 
     #schedule(): void {
-        const key = this.#key;
-        if (key === null || this.#timer !== undefined || this.#waiting().length === 0)
+        if (this.#timer !== undefined || this.#waiting().length === 0)
             return;
         this.#timer = setTimeout(() => {
             this.#timer = undefined;
             this.#pause = Math.min(this.#pause * 2, longestPause);
-            if (this.#key !== null)
-                this.#probe(this.#key);
+            this.#probe();
             this.#schedule();
         }, this.#pause);
     }

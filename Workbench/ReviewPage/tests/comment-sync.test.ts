@@ -96,7 +96,7 @@ describe("A comment", () => {
         expect(states(after)).toEqual(["typed for nothing?: failed"]);
         await pass(30_000);
         container.isThere = true;
-        await pass(45_000);
+        await pass(10_000);
         expect(states(after)).toEqual(["typed for nothing?: synced"]);
         expect(container.texts()).toEqual(["typed for nothing?"]);
     });
@@ -190,6 +190,18 @@ describe("What was not synced", () => {
         expect(container.heard).toHaveLength(21);
         await pass(3_600_000);
         expect(container.heard.length).toBeLessThan(21 + 3_600 / 40 + 5);
+    });
+
+    test("does not wait behind what is refused for good", async () => {
+        container.refused.add("refused");
+        container.isThere = false;
+        const comments = open();
+        comments.add({ text: "refused", seconds: 1 });
+        comments.add({ text: "welcome", seconds: 2 });
+        await pass(61_000);
+        container.isThere = true;
+        await pass(120_000);
+        expect(states(comments)).toEqual(["refused: failed", "welcome: synced"]);
     });
 
     test("stays with its sequence when another one is opened", async () => {

@@ -48,6 +48,7 @@ describe("The timecode", () => {
         for (let number = 0; number < 100; number += 1)
             panel.host.movePlayhead(10 + number / 60);
         expect(seen).toEqual(["00:00:01;29"]);
+        expect(frames).toHaveLength(2); // its own, and that of the event log
         paint();
         expect(seen).toEqual(["00:00:01;29", "00:00:11;19"]);
         stop();
@@ -166,13 +167,13 @@ describe("A comment", () => {
 
     test("is found again by the marker that was clicked, also when a filter hides it", async () => {
         const { review, panel } = await load(({ command }) =>
-            command === "getMarkerAtTime" ? { id: "m1", text: "elsewhere", start: 30, replies: [{ id: "r", text: "a" }] } : true,
+            command === "getMarkerAtTime" ? { id: "m1", text: "elsewhere", start: 29.75, replies: [{ id: "r", text: "a" }] } : true,
         );
         review.filter.value = "resolved";
         panel.host.movePlayhead(30);
         await vi.advanceTimersByTimeAsync(0);
         expect(review.highlighted.value).toEqual({ id: "m1" });
-        expect(review.shown.value).toMatchObject([{ id: "m1", seconds: 30, state: "synced", replies: [{ text: "a" }] }]);
+        expect(review.shown.value).toMatchObject([{ id: "m1", seconds: 29.75, state: "synced", replies: [{ text: "a" }] }]);
         expect(review.notice.value).toBe("Marker: elsewhere");
     });
 

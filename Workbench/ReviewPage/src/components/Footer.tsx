@@ -45,7 +45,7 @@ function EventLogDrawer({ review }: { review: Review }) {
             }}
         >
             <summary>Event log</summary>
-            {isOpen.value && <LogLines review={review} />}
+            <LogLines review={review} isOpen={isOpen.value} />
             <button id="copy-log" type="button" onClick={() => void copyLog(review)}>
                 Copy event log
             </button>
@@ -53,7 +53,8 @@ function EventLogDrawer({ review }: { review: Review }) {
     );
 }
 
-function LogLines({ review }: { review: Review }) {
+// A closed log stays as it is: it would be written anew for each painted frame.
+function LogLines({ review, isOpen }: { review: Review; isOpen: boolean }) {
     const list = useRef<HTMLOListElement>(null);
     const followsEnd = useRef(true);
     useLayoutEffect(() => {
@@ -64,9 +65,10 @@ function LogLines({ review }: { review: Review }) {
         const { scrollHeight, scrollTop, clientHeight } = list.current!;
         followsEnd.current = scrollHeight - scrollTop - clientHeight < 4;
     }
+    const lines = isOpen ? review.log.lines.value : review.log.lines.peek();
     return (
         <ol ref={list} id="log" class="log" tabIndex={0} aria-label="Event log" onScroll={scrolled}>
-            {review.log.lines.value.map(({ number, text }) => (
+            {lines.map(({ number, text }) => (
                 <li key={number}>{text}</li>
             ))}
         </ol>
