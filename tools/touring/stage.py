@@ -202,15 +202,20 @@ class Stage:
     def comment(self, text):
         return next((entry for entry in self.comments() if entry[0].name.endswith(text)), None)
 
-    def write_comment(self, text):
-        """Types it into the page's field."""
+    def type_comment(self, text):
+        """In place of what is in the field; the comment is not sent."""
         self.click_page(self.FIELD)
         self.wait("keyboard in the comment's field",
                   lambda: self.in_page(lambda node: node.name == self.FIELD and node.has(FOCUSED)))
-        self.screen.type(text)
+        self.screen.press("ctrl+a")
+        self.screen.press("BackSpace")
+        if text:
+            self.screen.type(text)
+            self.wait(f"\"{text}\" in the comment's field", lambda: self.page_text(self.FIELD) == text,
+                      saw=lambda: self.page_text(self.FIELD))
 
     def add_comment(self, text):
-        self.write_comment(text)
+        self.type_comment(text)
         self.screen.press("Return")
         return self.wait(f"comment \"{text}\" on the page", lambda: self.comment(text), saw=self.page_summary)
 
