@@ -40,7 +40,7 @@ class Tour:
             ("a click on the timeline near a comment marks that comment in the page", self.marker),
             ("both comments are pins on the timeline, and a click on one goes there", self.pins),
             ("another sequence has comments of its own", self.sequences),
-            ("the CSV export holds both comments", self.export),
+            ("the CSV export holds both comments, and there is nothing left of it to cancel", self.export),
             ("a link to a foreign host goes to the desktop, and the page stays", self.foreign_link),
             ("without its server the page gives way to the error overlay", self.server_gone),
             ("the server comes back, and a retry recovers, with what was being typed", self.server_back),
@@ -209,6 +209,9 @@ class Tour:
         expected = {body: str(self.film.frame_at(seconds)) for body, seconds, _ in stage.stored_comments()}
         if frames != expected or not set(self.texts) <= set(frames):
             raise Unexpected(f"{files[0].name} holds {rows} instead of {expected}")
+        stage.click_page("Cancel export")
+        stage.wait("notice \"No export was running.\"", lambda: stage.page_says("No export was running."),
+                   saw=stage.page_summary)
 
     def foreign_link(self):
         stage = self.stage
