@@ -81,6 +81,26 @@ TEST_F(ReviewPageWorkTest, ChangesRepliesToAndResolvesAComment) {
     EXPECT_TRUE(becomes("#comments [data-part=resolved]", "Resolved"));
 }
 
+TEST_F(ReviewPageWorkTest, MakesRoomForWhatIsTypedInARow) {
+    open();
+    page.addComment("first", 1);
+    page.addComment("second", 2);
+    ASSERT_TRUE(page.eventually("document.querySelectorAll('#comments > li').length === 2"));
+    page.click("[data-part=reply]");
+    auto const standsBelow = [this] {
+        return page.eventually(
+            "(() => { const [first, second] = [...document.querySelectorAll('#comments > li')]"
+            ".map((row) => row.getBoundingClientRect()); return Math.abs(first.bottom - second.top) < 1; "
+            "})()");
+    };
+    ASSERT_TRUE(page.eventually("document.querySelector('[data-part=new-reply] textarea')"));
+    EXPECT_TRUE(standsBelow());
+    type("[data-part=new-reply] textarea", "a\nb\nc\nd");
+    ASSERT_TRUE(
+        page.eventually("document.querySelector('[data-part=new-reply] textarea').clientHeight > 70"));
+    EXPECT_TRUE(standsBelow());
+}
+
 TEST_F(ReviewPageWorkTest, ChangesOneTextForEachPaintedFrame) {
     open();
     ASSERT_TRUE(becomes("#timecode", "00:00:01;14"));

@@ -40,18 +40,17 @@ export function CommentList({ review }: { review: Review }) {
     const ids = useMemo(() => comments.map(({ id }) => id), [comments]);
     useMemo(() => layout.setRows(ids), [ids]);
 
-    /** Answers whether rows turned out to be of another height; then they are rendered again. */
-    function remeasure(): boolean {
+    /** Rows that turn out to be of another height are rendered again. */
+    function remeasure(): void {
         const rows = list.current!.children as HTMLCollectionOf<HTMLLIElement>;
         const heights = new Map(Array.from(rows, (row) => [row.dataset["id"]!, row.offsetHeight]));
         const added = layout.measure(heights, scroller.current!.scrollTop);
         if (added === undefined)
-            return false;
+            return;
         list.current!.style.height = `${layout.height}px`;
         if (added !== 0)
             scrollTo(scroller.current!.scrollTop + added);
         measurements.value = measurements.peek() + 1;
-        return true;
     }
 
     function scrollTo(top: number): void {
@@ -59,8 +58,8 @@ export function CommentList({ review }: { review: Review }) {
         scrollTop.value = scroller.current!.scrollTop;
     }
 
-    /** Scrolls to what is asked for, until it is there and no row on the way turns out higher. */
-    function reveal(isMeasured: boolean): void {
+    /** Scrolls to what is asked for, again after each rendering until it is there: rows on the way turn out higher. */
+    function reveal(): void {
         const request = wanted.current;
         const index = request ? ids.indexOf(request.id) : -1;
         if (!request || index < 0)
@@ -70,7 +69,7 @@ export function CommentList({ review }: { review: Review }) {
         const row = rowOf(request.id);
         if (row && request.focus)
             row.querySelector<HTMLElement>(".seek")!.focus({ preventScroll: true });
-        if (row && isMeasured && scroller.current!.scrollTop === before)
+        if (row && scroller.current!.scrollTop === before)
             wanted.current = null;
     }
 
@@ -108,9 +107,9 @@ export function CommentList({ review }: { review: Review }) {
         return () => views.disconnect();
     }, []);
     useLayoutEffect(() => {
-        const isMeasured = !remeasure();
+        remeasure();
         keepKeyboard();
-        reveal(isMeasured);
+        reveal();
     });
     useSignalEffect(() => {
         const request = review.highlighted.value;
