@@ -13,7 +13,7 @@ CACHE = "org.a11y.atspi.Cache"
 NOWHERE = "/org/a11y/atspi/null"
 ROOT = "/org/a11y/atspi/accessible/root"
 
-ACTIVE, EXPANDED, FOCUSED = 1, 10, 12  # numbers of states
+ACTIVE, FOCUSED = 1, 12  # numbers of states
 WINDOW = 1  # coordinates relative to the window
 CALL_LIMIT = 3000  # milliseconds
 

@@ -6,7 +6,7 @@ import signal
 import subprocess
 import time
 
-from touring.accessibility import ACTIVE, EXPANDED, FOCUSED, Gone
+from touring.accessibility import ACTIVE, FOCUSED, Gone
 
 PAGE_CONTROL = ["com.zelvix.fcp.ReviewPage", "/com/zelvix/fcp/ReviewPage", "com.zelvix.fcp.ReviewPage1", "Served"]
 SETTLED = ("Synced", "Not synced", "Deleting", "Not deleted", "Syncing")
@@ -133,10 +133,9 @@ class Stage:
         x, y, width, height = self.area_of(self.wait(f"widget \"{name}\"", lambda: self.widget(name)))
         self.screen.click(x + width * across, y + height / 2)
 
-    def opened(self, name):
-        """Whether the widget of this name shows its list."""
-        widget = self.widget(name)
-        return widget is not None and widget.has(EXPANDED)
+    def has_second_window(self):
+        """A list or a menu that is open has one of its own."""
+        return len(self.screen.windows_of(self.workbench.pid)) > 1
 
     def pin(self, text):
         """The pin on the timeline of the comment with this text."""

@@ -167,7 +167,7 @@ class Tour:
         stage = self.stage
         for number in [0, 1]:
             body, seconds, _ = self.stored(number)
-            self.click_timeline(1.0 if number == 0 else 0.0)
+            self.click_timeline(1.0 if number == 0 else 0.05)
             pin = stage.wait(f"pin of \"{body}\"", lambda body=body: stage.pin(body), saw=self.widgets)
             x, y, width, height = stage.area_of(pin)
             stage.screen.click(x + width / 2, y + height / 2)
@@ -191,7 +191,7 @@ class Tour:
         stage = self.stage
         name = pathlib.Path(film.path).name
         stage.click_widget("Sequence")
-        stage.wait("open list of sequences", lambda: stage.opened("Sequence"), saw=self.widgets)
+        stage.wait("open list of sequences", stage.has_second_window, saw=self.widgets)
         stage.screen.press(key, "Return")
         stage.wait(f"sequence {name} in the page", lambda: stage.page_says(name), saw=stage.page_summary)
 
