@@ -50,7 +50,7 @@ std::string_view nameIn(std::span<NamedColour const> palette, TimelineMarker con
 }
 
 std::string eventLine(int number, std::string const& begin, std::string const& end) {
-    char place[8];
+    char place[12]; // room for any number, though there are 999 at most
     std::snprintf(place, sizeof place, "%03d", number);
     auto const times = begin + ' ' + end;
     return std::string{place} + "  AX       V     C        " + times + ' ' + times + "\r\n";
