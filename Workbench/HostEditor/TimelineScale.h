@@ -18,7 +18,7 @@ public:
 
     // By this factor, so that what lies at `place` pixels from the left stays there.
     void magnify(double factor, double place);
-    void setMagnification(double times); // 1 shows all
+    void setMagnification(double wanted); // 1 shows all
     void scrollBy(double pixels);
     void scrollTo(double pixels);
 

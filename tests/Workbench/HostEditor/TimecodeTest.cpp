@@ -32,7 +32,7 @@ TEST(Timecode, LeavesNoneOutWhereThatIsNotDefined) {
     EXPECT_EQ(timecode(1440, {24000, 1001}), "00:01:00:00");
     EXPECT_EQ(timecode(1800, {30, 1}), "00:01:00:00");
     EXPECT_EQ(timecode(2880, {48000, 1001}), "00:01:00:00");
-    EXPECT_EQ(timecode(2997 * 60, {2997, 100}), "01:39:54:00");
+    EXPECT_EQ(timecode(179'820, {2997, 100}), "01:39:54:00");
     for (auto const rate : {FrameRate{24000, 1001}, FrameRate{25, 1}, FrameRate{30, 1}, FrameRate{60, 1}})
         EXPECT_FALSE(leavesOutLabels(rate));
     EXPECT_TRUE(leavesOutLabels(slow));

@@ -54,7 +54,7 @@ TEST_F(State, TakesWhatMakesSense) {
 }
 
 TEST_F(State, SaysWhyItCannotBeKept) {
-    auto const inTheWay = folder.write("new", "a file where a folder is wanted");
+    folder.write("new", "a file where a folder is wanted");
     EXPECT_EQ(writeWindowState(file, sample).rfind("the window's state is not kept: ", 0), 0U);
 }
 
