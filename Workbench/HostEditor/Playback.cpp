@@ -65,7 +65,7 @@ Playback::Playback(Sequence& ofSequence, Deliver deliverTo)
 Playback::~Playback() {
     if (hasRun)
         comeToRest();
-    showing.reset();
+    // Before the event goes: a thread of the engine may be about to fire it.
     if (consumer->is_valid())
         consumer->stop();
 }
