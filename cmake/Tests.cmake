@@ -51,15 +51,18 @@ endfunction()
 add_custom_target(plain-tests)
 
 # fcp_add_test(NAME SOURCES... [LIBRARIES...] [TOOLKIT] [SESSION | UNDER script] [LOCKS name...] [LABELS name...]
-#     [TIMEOUT seconds])
+#     [TIMEOUT seconds] [WHOLE_STACKS])
 #
 # One test program; TOOLKIT when it includes the toolkit or the web engine. With SESSION it runs under a private session
 # bus, display, home and runtime folder (tests/with-session), with UNDER under another script that takes the command.
 # LOCKS names what belongs to the whole machine: "markers" for the marker files in /tmp, "port3000". The label "long"
 # keeps a test out of ./test and in ./test --long; "plain" marks what uses no toolkit and is therefore also run with
 # thread checking.
+#
+# WHOLE_STACKS is for programs that show so much of the toolkit that GLib's first table of names is too small and left
+# behind: only a whole stack tells who allocated it (tests/leaks.supp), and recording those takes more than twice the time.
 function(fcp_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "SESSION;OWN_MAIN;TOOLKIT" "TIMEOUT;UNDER" "SOURCES;LIBRARIES;LOCKS;LABELS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "SESSION;OWN_MAIN;TOOLKIT;WHOLE_STACKS" "TIMEOUT;UNDER" "SOURCES;LIBRARIES;LOCKS;LABELS")
     add_executable(${name} ${arg_SOURCES})
     fcp_warnings(${name})
     fcp_compile_alike(${name})
@@ -82,4 +85,8 @@ function(fcp_add_test name)
     endif()
     set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${arg_LABELS}" RESOURCE_LOCK "${arg_LOCKS}"
         ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
+    if(arg_WHOLE_STACKS)
+        set_tests_properties(${name} PROPERTIES
+            ENVIRONMENT_MODIFICATION "ASAN_OPTIONS=string_append::fast_unwind_on_malloc=0")
+    endif()
 endfunction()
