@@ -66,12 +66,12 @@ TimelineView::~TimelineView() {
 void TimelineView::listenToPointer() {
     auto const drag = Gtk::GestureDrag::create();
     drag->set_button(GDK_BUTTON_PRIMARY);
-    drag->signal_drag_begin().connect([this, gesture = drag.get()](double x, double y) {
-        // A pin asks for its own frame.
-        if (pick(x, y) != this) {
-            gesture->set_state(Gtk::EventSequenceState::DENIED);
+    drag->signal_drag_begin().connect([this](double x, double y) {
+        // A pin asks for its own frame. Its press is passed over, not denied: that would cost the next one,
+        // too.
+        isDragging = pick(x, y) == this;
+        if (!isDragging)
             return;
-        }
         grab_focus();
         if (sequence)
             wanted.emit(axis().frameUnder(x));
@@ -79,7 +79,7 @@ void TimelineView::listenToPointer() {
     drag->signal_drag_update().connect([this, gesture = drag.get()](double x, double) {
         double start = 0;
         double ignored = 0;
-        if (sequence && gesture->get_start_point(start, ignored))
+        if (isDragging && sequence && gesture->get_start_point(start, ignored))
             wanted.emit(axis().frameUnder(start + x));
     });
     add_controller(drag);

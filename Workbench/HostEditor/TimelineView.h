@@ -77,6 +77,7 @@ private:
     std::int64_t frame = 0;
     std::vector<Pin> pins;
     bool pinsAreLive = false;
+    bool isDragging = false; // the playhead, not a pin
     TimelineScale scale;
     double pointer = 0; // from the left, as it was seen last
     int width = 0;

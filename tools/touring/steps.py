@@ -276,8 +276,7 @@ class Tour:
         os.kill(first, signal.SIGKILL)
         stage.wait("new container application", lambda: set(stage.containers()) - {first}, 30, saw=stage.containers)
         stage.arrange()
-        self.reload_page()
-        stage.wait("page without its words", lambda: not stage.page_element(stage.FIELD), 10, saw=stage.page_summary)
+        self.reload_page("end of the page", lambda: not stage.page_element(stage.FIELD))
         stage.wait(f"\"{words}\" in the comment's field",
                    lambda: (stage.page_text(stage.FIELD) or "").strip() == words, saw=lambda: stage.page_text(stage.FIELD))
         stage.wait("connected page", lambda: stage.page_says("Connected"), saw=stage.page_summary)

@@ -572,6 +572,9 @@ TEST_F(Window, MovesThePlayheadToAPinThatIsClicked) {
     clickAt(x, y);
     ASSERT_TRUE(waitFor(40));
     EXPECT_EQ(wanted, (std::vector<std::int64_t>{40}));
+    // The next press is the timeline's again.
+    clickTimeline(5, 120);
+    ASSERT_TRUE(waitFor(5));
 }
 
 TEST_F(Window, ShowsTheFilmInThePictureArea) {
