@@ -271,12 +271,14 @@ class Tour:
     def drafts(self):
         stage = self.stage
         words = "Half a thought"
+        self.open_log()
         stage.type_comment(words)
         first = stage.wait("container application", stage.containers)[0]
         os.kill(first, signal.SIGKILL)
         stage.wait("new container application", lambda: set(stage.containers()) - {first}, 30, saw=stage.containers)
         stage.arrange()
-        self.reload_page("end of the page", lambda: not stage.page_element(stage.FIELD))
+        self.reload_page("page whose event log is closed again",
+                         lambda: stage.page_element(stage.FIELD) and not stage.log_lines())
         stage.wait(f"\"{words}\" in the comment's field",
                    lambda: (stage.page_text(stage.FIELD) or "").strip() == words, saw=lambda: stage.page_text(stage.FIELD))
         stage.wait("connected page", lambda: stage.page_says("Connected"), saw=stage.page_summary)
