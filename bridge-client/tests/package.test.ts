@@ -36,6 +36,7 @@ test("The package holds three modules, their types, and what npm wants", () => {
         "dist/errors.d.ts",
         "dist/index.d.ts",
         "dist/index.js",
+        "dist/recording/heard.d.ts",
         "dist/recording/index.d.ts",
         "dist/recording/index.js",
         "dist/recording/line.d.ts",

@@ -1,5 +1,5 @@
-// A recording is JSON Lines in the order in which things happened. Its host lines are the editor's, and whatever else a
-// recorder adds is left alone by a replay.
+// A recording is JSON Lines. A replay reads the page's own lines, which are in the order in which the page met them;
+// whatever else a recorder adds is for people.
 
 /** What the page posted, as it posted it. */
 export interface PageLine {
@@ -17,16 +17,9 @@ export interface PanelLine {
     detail: unknown;
 }
 
-/** What the user, or playing, did to the editor's playhead. */
-export interface HostLine {
-    at: number;
-    by: "host";
-    frame: number;
-}
+export type RecordedLine = PageLine | PanelLine;
 
-export type RecordedLine = PageLine | PanelLine | HostLine;
-
-const kinds: Record<string, string> = { page: "message", panel: "event", host: "frame" };
+const kinds: Record<string, string> = { page: "message", panel: "event" };
 
 /** The lines of a recording that a replay knows, each with its number in the text. Throws for text that is none. */
 export function readRecording(text: string): { number: number; line: RecordedLine }[] {

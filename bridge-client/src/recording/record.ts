@@ -12,14 +12,15 @@ const events: readonly EventName[] = [
 
 /**
  * A page like the given one, of which `keep` gets every message that is posted through it and every event of the panel:
- * `createBridge(recordedPage(window, keep))`. For as long as the page lives. `clock` tells milliseconds.
+ * `createBridge(recordedPage(window, keep))`. For as long as the page lives. `clock` tells milliseconds, `start` what it
+ * told when the recording began.
  */
 export function recordedPage(
     page: BridgePage,
     keep: (line: PageLine | PanelLine) => void,
     clock: () => number = () => performance.now(),
+    start: number = clock(),
 ): BridgePage {
-    const start = clock();
     const at = () => Math.round((clock() - start) * 10) / 10;
     for (const event of events)
         page.addEventListener(event, (heard) => keep({ at: at(), by: "panel", event, detail: (heard as CustomEvent).detail }));

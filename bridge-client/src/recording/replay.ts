@@ -1,6 +1,8 @@
 import type { BridgePage } from "../bridge.js";
-import { repair, repairText } from "../text-repair.js";
-import { type PanelLine, readRecording } from "./line.js";
+import type { Command, EventName, Sequence } from "../contract.js";
+import { repair } from "../text-repair.js";
+import { Heard, contentOf, same } from "./heard.js";
+import { type PageLine, type PanelLine, readRecording } from "./line.js";
 
 /** The first thing that the panel did otherwise than it is recorded. */
 export interface Difference {
@@ -13,157 +15,146 @@ export interface Difference {
     found: unknown;
 }
 
+export interface Outcome {
+    /** Answers and events that were held against the recorded ones. */
+    compared: number;
+    difference: Difference | undefined;
+}
+
 export interface ReplayOptions {
-    /** Moves the editor's playhead as the user did, and resolves when it is there. Without it host lines are skipped. */
-    moveTo?(frame: number): Promise<void>;
+    /** Begins to move the editor's playhead, as the user or playing did. Without it the replay waits for it to move. */
+    movePlayhead?(seconds: number): void;
+    /** Makes this sequence the active one, as the user did. */
+    activate?(sequence: Sequence): void;
     /** Milliseconds to wait for what is recorded; the panel itself takes up to 60 s to give a container up. */
     patience?: number;
 }
 
-interface Told {
-    event: string;
-    detail: unknown;
-}
-
-// A load is told of once or twice, by how long it took; a position again, by how often the editor drew it.
-const unsteady = new Set(["fcp:connected"]);
-const answer = "fcp:resolve";
-
 /**
  * Posts the messages of a recording to the panel of this page, in turn, and holds answers and events against the
- * recorded ones. An answer is compared by what it holds; an event like the one before it counts once.
+ * recorded ones until one differs. Listens from the call on, whenever the recording is there.
  */
 export async function replay(
-    recording: string,
+    recording: string | Promise<string>,
     page: BridgePage,
-    { moveTo, patience = 65_000 }: ReplayOptions = {},
-): Promise<Difference | undefined> {
-    const lines = readRecording(recording);
-    const heard = new Heard(page, patience);
+    options: ReplayOptions = {},
+): Promise<Outcome> {
+    const heard = new Heard(page, options.patience ?? 65_000);
     try {
-        for (const { number, line } of lines) {
-            if (line.by === "page") {
-                heard.expectAnswer(line.message);
-                page.webkit?.messageHandlers?.fcpBridge?.postMessage(line.message);
-            } else if (line.by === "host") {
-                await moveTo?.(line.frame);
-            } else {
-                const found = await heard.difference(line);
-                if (found)
-                    return { line: number, ...found };
-            }
-        }
-        return undefined;
+        return await new Replay(await recording, page, heard, options).run();
     } finally {
         heard.stop();
     }
 }
 
-/** What the panel has told since the replay began, and what of it has been compared. */
-class Heard {
-    #answers = new Map<unknown, unknown>();
-    #commands = new Map<unknown, unknown>();
-    #events: Told[] = [];
-    #lastRecorded = "";
-    #lastTold = "";
-    #wake = () => {};
-    #stops: (() => void)[];
+// What a person is asked for, or what leaves the workbench, is not done again.
+const leftOut: ReadonlySet<unknown> = new Set<Command>(["openURL", "selectOutputFolder"]);
+
+// A seek arrives at the frame that holds its moment.
+const closeBy = 0.1; // seconds: more than a frame
+
+class Replay {
+    readonly #lines: ReturnType<typeof readRecording>;
+    readonly #asked = new Map<unknown, { command: unknown; index: number }>();
+    readonly #lastEvents = new Map<string, unknown>();
+    #sought: number | undefined; // where the page's own seek goes
+    #compared = 0;
 
     constructor(
-        page: BridgePage,
-        private readonly patience: number,
+        recording: string,
+        private readonly page: BridgePage,
+        private readonly heard: Heard,
+        private readonly options: ReplayOptions,
     ) {
-        this.#stops = [answer, "fcp:sequence-changed", "fcp:playhead-changed", "fcp:marker-clicked"].map((event) => {
-            const hear = (told: Event) => this.#take(event, (told as CustomEvent).detail);
-            page.addEventListener(event, hear);
-            return () => page.removeEventListener(event, hear);
-        });
+        this.#lines = readRecording(recording);
     }
 
-    stop(): void {
-        for (const stop of this.#stops)
-            stop();
+    async run(): Promise<Outcome> {
+        for (const [index, { number, line }] of this.#lines.entries()) {
+            if (line.by === "page") {
+                this.#post(line, index);
+                continue;
+            }
+            const found = await this.#differenceAt(line, index);
+            if (found)
+                return { compared: this.#compared, difference: { line: number, ...found } };
+        }
+        return { compared: this.#compared, difference: undefined };
     }
 
-    expectAnswer({ resolveId, command }: Record<string, unknown>): void {
-        this.#commands.set(resolveId, command);
+    #post({ message }: PageLine, index: number): void {
+        const { command, resolveId, seconds } = message;
+        if (leftOut.has(command))
+            return;
+        this.#asked.set(resolveId, { command, index });
+        if (command === "seekTo" && typeof seconds === "number")
+            this.#sought = seconds;
+        this.page.webkit?.messageHandlers?.fcpBridge?.postMessage(message);
     }
 
-    async difference({ event, detail }: PanelLine): Promise<Omit<Difference, "line"> | undefined> {
-        if (event === answer)
-            return this.#differenceOfAnswer(Object(detail));
-        if (unsteady.has(event) || !this.#isNews({ event, detail: repair(detail) }))
+    #differenceAt({ event, detail }: PanelLine, index: number) {
+        switch (event as EventName) {
+            case "fcp:resolve":
+                return this.#differenceOfAnswer(Object(detail), index);
+            case "fcp:connected":
+                return undefined; // told once or twice, by how long the load took
+            default:
+                return this.#differenceOfEvent(event as EventName, repair(detail));
+        }
+    }
+
+    async #differenceOfAnswer({ resolveId, value }: { resolveId?: unknown; value?: unknown }, index: number) {
+        const asked = this.#asked.get(resolveId);
+        // It answers a message that was not posted now.
+        if (!asked)
             return undefined;
-        await this.#until(() => this.#events.length > 0);
-        const found = this.#events.shift();
-        const recorded = { event, detail: repair(detail) };
+        this.#compared += 1;
+        const recorded = contentOf(value);
+        const found = await this.heard.answer(resolveId);
+        if (found && (same(found.content, recorded) || this.#isOnTheWay(asked, index, found.content)))
+            return undefined;
+        return { about: `answer to ${String(asked.command)}`, recorded, found: found?.content };
+    }
+
+    // A playhead that moves may be met a position earlier or later than it was.
+    #isOnTheWay(asked: { command: unknown; index: number }, answered: number, found: unknown): boolean {
+        if (asked.command !== "getPlayhead")
+            return false;
+        const isAt = (index: number) => this.#positionAt(index) === found;
+        let from = asked.index;
+        while (from > 0 && this.#positionAt(from) === undefined)
+            from -= 1;
+        let to = answered;
+        while (to < this.#lines.length && this.#positionAt(to) === undefined)
+            to += 1;
+        return this.#lines.slice(from, to + 1).some((_line, offset) => isAt(from + offset));
+    }
+
+    #positionAt(index: number): unknown {
+        const line = this.#lines[index]?.line;
+        return line?.by === "panel" && line.event === "fcp:playhead-changed" ? Object(line.detail).seconds : undefined;
+    }
+
+    async #differenceOfEvent(event: EventName, recorded: unknown) {
+        // A position or a sequence may be told again, by how often the editor drew it.
+        if (same(this.#lastEvents.get(event), recorded))
+            return undefined;
+        this.#lastEvents.set(event, recorded);
+        this.#compared += 1;
+        const isMove = event === "fcp:playhead-changed";
+        if (isMove)
+            this.#help(recorded as { seconds: number });
+        else if (event === "fcp:sequence-changed" && !this.heard.has(event, recorded))
+            this.options.activate?.(recorded as Sequence);
+        const found = isMove ? await this.heard.eventLike(event, recorded) : await this.heard.nextEvent(event);
         return same(found, recorded) ? undefined : { about: `event ${event}`, recorded, found };
     }
 
-    #isNews(told: Told): boolean {
-        const text = canonical(told);
-        if (text === this.#lastRecorded)
-            return false;
-        this.#lastRecorded = text;
-        return true;
+    // The user's moves are made again, the page's own seek has to arrive by itself.
+    #help(recorded: { seconds: number }): void {
+        const isOwn = this.#sought !== undefined && Math.abs(this.#sought - recorded.seconds) < closeBy;
+        this.#sought = undefined;
+        if (!isOwn && !this.heard.has("fcp:playhead-changed", recorded))
+            this.options.movePlayhead?.(recorded.seconds);
     }
-
-    async #differenceOfAnswer({ resolveId, value }: { resolveId?: unknown; value?: unknown }) {
-        // An answer to a message from before the recording.
-        if (!this.#commands.has(resolveId))
-            return undefined;
-        await this.#until(() => this.#answers.has(resolveId));
-        const recorded = content(value);
-        const found = this.#answers.get(resolveId);
-        const about = `answer to ${String(this.#commands.get(resolveId))}`;
-        return this.#answers.has(resolveId) && same(found, recorded) ? undefined : { about, recorded, found };
-    }
-
-    #take(event: string, detail: unknown): void {
-        if (event === answer) {
-            const { resolveId, value } = Object(detail);
-            this.#answers.set(resolveId, content(value));
-        } else {
-            const told = { event, detail: repair(detail) };
-            const text = canonical(told);
-            if (text !== this.#lastTold)
-                this.#events.push(told);
-            this.#lastTold = text;
-        }
-        this.#wake();
-    }
-
-    async #until(isThere: () => boolean): Promise<void> {
-        const deadline = performance.now() + this.patience;
-        while (!isThere() && performance.now() < deadline) {
-            await new Promise<void>((resolve) => {
-                const timer = setTimeout(resolve, deadline - performance.now());
-                this.#wake = () => {
-                    clearTimeout(timer);
-                    resolve();
-                };
-            });
-        }
-    }
-}
-
-function content(value: unknown): unknown {
-    try {
-        return JSON.parse(repairText(String(value)));
-    } catch {
-        return value;
-    }
-}
-
-// The order of members is nobody's promise.
-function canonical(value: unknown): string {
-    return JSON.stringify(value, (_key, entry: unknown) =>
-        typeof entry === "object" && entry !== null && !Array.isArray(entry)
-            ? Object.fromEntries(Object.entries(entry).sort(([one], [other]) => (one < other ? -1 : 1)))
-            : entry,
-    );
-}
-
-function same(one: unknown, other: unknown): boolean {
-    return canonical(one) === canonical(other);
 }
