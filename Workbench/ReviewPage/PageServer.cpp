@@ -1,9 +1,11 @@
 #include "Workbench/ReviewPage/PageServer.h"
 
 #include "Platform/Gtk/GRef.h"
+#include "Workbench/ReviewPage/SessionRoutes.h"
 
 #include <libsoup/soup.h>
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 #include <utility>
@@ -54,12 +56,6 @@ bool isOwnHost(std::string_view host, std::uint16_t port) {
     return host == "localhost" + suffix || host == "127.0.0.1" + suffix || host == "[::1]" + suffix;
 }
 
-SoupStatus verdictOn(std::string_view method, std::string_view host, std::uint16_t port) {
-    if (!isOwnHost(host, port))
-        return SOUP_STATUS_MISDIRECTED_REQUEST;
-    return method == "GET" || method == "HEAD" ? SOUP_STATUS_OK : SOUP_STATUS_METHOD_NOT_ALLOWED;
-}
-
 void addHeaders(SoupServerMessage* message) {
     auto* headers = soup_server_message_get_response_headers(message);
     for (auto const& [name, value] : SafetyHeaders)
@@ -71,39 +67,33 @@ char const* reasonFor(SoupStatus status) {
     return status == SOUP_STATUS_MISDIRECTED_REQUEST ? "Misdirected Request" : nullptr;
 }
 
-// Runs before the body is read.
-void refuseStrangers(SoupServer*, SoupServerMessage* message, char const*, GHashTable*, gpointer data) {
-    auto const port = static_cast<std::uint16_t>(GPOINTER_TO_UINT(data));
-    // A body means nothing here; it is read and dropped, so that nobody makes us store one.
-    soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
-    // The list form joins repeated headers, which then match nothing.
-    auto const* host =
-        soup_message_headers_get_list(soup_server_message_get_request_headers(message), "Host");
-    auto const verdict = verdictOn(soup_server_message_get_method(message), host ? host : "", port);
-    if (verdict == SOUP_STATUS_OK)
-        return;
-    addHeaders(message);
-    if (verdict == SOUP_STATUS_METHOD_NOT_ALLOWED)
-        soup_message_headers_replace(soup_server_message_get_response_headers(message), "Allow", "GET, HEAD");
-    soup_server_message_set_status(message, verdict, reasonFor(verdict));
-}
-
-void answerWith(SoupServerMessage* message, PageFile const& file) {
+std::string contentOf(PageFile const& file) {
     auto const name = std::string{ResourceFolder} + file.name;
     auto const bytes = fcp::GRef<GBytes>::adopt(g_resource_lookup_data(
         review_page_get_resource(), name.c_str(), G_RESOURCE_LOOKUP_FLAGS_NONE, nullptr));
     gsize size = 0;
     auto const* data = static_cast<char const*>(g_bytes_get_data(bytes.get(), &size));
-    soup_server_message_set_status(message, SOUP_STATUS_OK, nullptr);
-    soup_server_message_set_response(message, file.contentType, SOUP_MEMORY_COPY, data, size);
+    return {data, size};
 }
 
-void serve(SoupServer*, SoupServerMessage* message, char const* path, GHashTable*, gpointer) {
-    addHeaders(message);
-    for (auto const& file : PageFiles)
-        if (file.path == path)
-            return answerWith(message, file);
-    soup_server_message_set_status(message, SOUP_STATUS_NOT_FOUND, nullptr);
+// A block of data, which the page's policy for scripts lets through.
+std::string withTask(std::string html, std::string const& task) {
+    constexpr std::string_view head = "<head>";
+    if (auto const place = html.find(head); place != std::string::npos && !task.empty())
+        html.insert(place + head.size(),
+                    R"(<script type="application/json" id="session">)" + task + "</script>");
+    return html;
+}
+
+void serveFile(SoupServerMessage* message, std::string_view path, std::string const& task) {
+    auto const file = std::ranges::find(PageFiles, path, &PageFile::path);
+    if (file == PageFiles.end()) {
+        soup_server_message_set_status(message, SOUP_STATUS_NOT_FOUND, nullptr);
+        return;
+    }
+    auto const text = withTask(contentOf(*file), path == PagePath ? task : std::string{});
+    soup_server_message_set_status(message, SOUP_STATUS_OK, nullptr);
+    soup_server_message_set_response(message, file->contentType, SOUP_MEMORY_COPY, text.data(), text.size());
 }
 
 std::string problemText(std::uint16_t port, GError const& error) {
@@ -120,8 +110,9 @@ std::string problemText(std::uint16_t port, GError const& error) {
 // One stretch of listening. A new server each time: what a stopped one leaves behind is nobody's business.
 class PageServer::Listener {
 public:
-    Listener()
-        : server(fcp::GRef<SoupServer>::adopt(soup_server_new(nullptr, nullptr))) {}
+    explicit Listener(SessionDesk desk)
+        : routes(desk)
+        , server(fcp::GRef<SoupServer>::adopt(soup_server_new(nullptr, nullptr))) {}
 
     ~Listener() { soup_server_disconnect(server.get()); }
 
@@ -132,9 +123,8 @@ public:
         GError* error = nullptr;
         if (!soup_server_listen_local(server.get(), wanted, SoupServerListenOptions{}, &error))
             return fcp::GErrorPtr{error};
-        auto* const data = GUINT_TO_POINTER(port());
-        soup_server_add_early_handler(server.get(), nullptr, refuseStrangers, data, nullptr);
-        soup_server_add_handler(server.get(), nullptr, serve, data, nullptr);
+        soup_server_add_early_handler(server.get(), nullptr, refuseStrangers, this, nullptr);
+        soup_server_add_handler(server.get(), nullptr, serve, this, nullptr);
         return {};
     }
 
@@ -146,18 +136,61 @@ public:
     }
 
 private:
+    // Runs before the body is read.
+    static void refuseStrangers(SoupServer*, SoupServerMessage* message, char const* path, GHashTable*,
+                                gpointer self) {
+        // The list form joins repeated headers, which then match nothing.
+        auto const* const host =
+            soup_message_headers_get_list(soup_server_message_get_request_headers(message), "Host");
+        auto const verdict = static_cast<Listener*>(self)->verdictOn(message, path, host ? host : "");
+        std::string_view const method = soup_server_message_get_method(message);
+        // Elsewhere a body means nothing; it is read and dropped, so that nobody makes us store one.
+        if (verdict != SOUP_STATUS_OK || method != "POST")
+            soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
+        if (verdict == SOUP_STATUS_OK)
+            return;
+        addHeaders(message);
+        if (verdict == SOUP_STATUS_METHOD_NOT_ALLOWED)
+            soup_message_headers_replace(soup_server_message_get_response_headers(message), "Allow",
+                                         "GET, HEAD");
+        soup_server_message_set_status(message, verdict, reasonFor(verdict));
+    }
+
+    [[nodiscard]] SoupStatus verdictOn(SoupServerMessage* message, std::string_view path,
+                                       std::string_view host) const {
+        if (!isOwnHost(host, port()))
+            return SOUP_STATUS_MISDIRECTED_REQUEST;
+        std::string_view const method = soup_server_message_get_method(message);
+        if (method == "POST")
+            return routes.verdictOnPost(message, path, host);
+        return method == "GET" || method == "HEAD" ? SOUP_STATUS_OK : SOUP_STATUS_METHOD_NOT_ALLOWED;
+    }
+
+    static void serve(SoupServer*, SoupServerMessage* message, char const* path, GHashTable*, gpointer self) {
+        addHeaders(message);
+        auto const& routes = static_cast<Listener*>(self)->routes;
+        if (!routes.answer(message, path))
+            serveFile(message, path, routes.task());
+    }
+
+    SessionRoutes routes;
     fcp::GRef<SoupServer> server;
 };
 
-PageServer::PageServer(std::uint16_t port)
-    : wantedPort(port) {}
+bool PageServer::servesWholePage() {
+    return SERVES_WHOLE_PAGE;
+}
+
+PageServer::PageServer(std::uint16_t port, SessionDesk atDesk)
+    : wantedPort(port)
+    , desk(atDesk) {}
 
 PageServer::~PageServer() = default;
 
 std::optional<std::string> PageServer::start() {
     if (isServing())
         return std::nullopt;
-    auto fresh = std::make_unique<Listener>();
+    auto fresh = std::make_unique<Listener>(desk);
     if (auto const error = fresh->listen(wantedPort))
         return problemText(wantedPort, *error);
     wantedPort = fresh->port();

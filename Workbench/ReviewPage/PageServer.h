@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Workbench/ReviewPage/SessionDesk.h"
+
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -19,8 +21,12 @@ class PageServer final {
 public:
     static constexpr std::uint16_t PanelPort = 3000; // the one that the panel's development mode loads from
 
+    // False in a build without npm: its small page neither records nor plays back.
+    [[nodiscard]] static bool servesWholePage();
+
     // `port` 0 takes any free one at the first start and keeps it.
-    explicit PageServer(std::uint16_t port = PanelPort);
+    // What the desk points to outlives the server; without it nothing is recorded or played back.
+    explicit PageServer(std::uint16_t port = PanelPort, SessionDesk atDesk = {});
     ~PageServer();
     PageServer(PageServer const&) = delete;
     PageServer& operator=(PageServer const&) = delete;
@@ -42,6 +48,7 @@ private:
     class Listener;
 
     std::uint16_t wantedPort;
+    SessionDesk desk;
     std::unique_ptr<Listener> listener; // empty while not serving
 };
 

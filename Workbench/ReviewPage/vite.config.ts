@@ -8,6 +8,7 @@ export default defineConfig({
     base: "/fcp-panel/",
     resolve: {
         alias: [
+            { find: /^bridge-client\/recording$/, replacement: join(client, "recording/index.ts") },
             { find: /^bridge-client\/testing$/, replacement: join(client, "testing/index.ts") },
             { find: /^bridge-client$/, replacement: join(client, "index.ts") },
         ],
