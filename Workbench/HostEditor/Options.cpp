@@ -19,6 +19,7 @@ public:
             rest = rest.subspan(1);
             take(argument);
         }
+        checkSession();
         return result;
     }
 
@@ -28,23 +29,34 @@ private:
             result.options.files.push_back(argument);
         else if (argument == "--")
             onlyFiles = true;
-        else if (argument == "--panel" || argument.starts_with("--panel="))
-            takePanel(argument);
-        else if (!takeSwitch(argument))
+        else if (!takeFile(argument) && !takeSwitch(argument))
             refuse("unknown option " + argument);
     }
 
-    void takePanel(std::string const& argument) {
-        constexpr std::string_view prefix = "--panel=";
-        auto& module = result.options.panelModule;
-        if (argument.starts_with(prefix)) {
-            module = argument.substr(prefix.size());
+    // Whether it is one of the options with a file, in either spelling.
+    bool takeFile(std::string const& argument) {
+        auto const name = argument.substr(0, argument.find('='));
+        auto* const file = placeOf(name);
+        if (!file)
+            return false;
+        if (argument.size() > name.size()) {
+            *file = argument.substr(name.size() + 1);
         } else if (!rest.empty()) {
-            module = rest.front();
+            *file = rest.front();
             rest = rest.subspan(1);
         }
-        if (module.empty())
-            refuse("--panel needs a file");
+        if (file->empty())
+            refuse(name + " needs a file");
+        return true;
+    }
+
+    std::string* placeOf(std::string_view name) {
+        auto& options = result.options;
+        if (name == "--panel")
+            return &options.panelModule;
+        if (name == "--record")
+            return &options.recordTo;
+        return name == "--replay" ? &options.replayFrom : nullptr;
     }
 
     bool takeSwitch(std::string_view argument) {
@@ -70,6 +82,17 @@ private:
         else
             return false;
         return true;
+    }
+
+    void checkSession() {
+        auto const& options = result.options;
+        if (result.request != Request::Run || (options.recordTo.empty() && options.replayFrom.empty()))
+            return;
+        if (!options.recordTo.empty() && !options.replayFrom.empty())
+            refuse("--record and --replay exclude each other");
+        else if (!options.servesPage || options.production)
+            refuse("--record and --replay need the page that is served here, so neither --no-page nor "
+                   "--production");
     }
 
     void refuse(std::string problem) {
@@ -100,6 +123,10 @@ file, or a project (.mlt, .kdenlive); each one adds a sequence or more.
   --no-container     start no container application
   --production       leave the panel's marker files alone
   --observer-thread  notify the panel from a thread of its own
+  --record FILE      write down what page, panel, editor and container say, as JSON
+                     lines: what a report of a fault needs
+  --replay FILE      play the page's side of such a file back, with the files that
+                     were open then, and tell the first thing that goes otherwise
   --help             show this text and leave
   --version          show the version and leave
 
@@ -108,8 +135,9 @@ with each press, k pauses, left and right step one frame, up and down go from co
 to comment, home and end to the first and the last frame, t or a digit takes a
 timecode, + and - and f magnify the timeline and show all of it.
 
-Exit status: 0 when the window was closed, 1 when it could not be opened, 2 when the
-command line was not understood.
+Exit status: 0 when the window was closed, or a replay went as it was recorded, 1 when
+the window could not be opened, a recording not begun, or a replay went otherwise, 2
+when the command line was not understood.
 )";
 }
 

@@ -9,6 +9,8 @@ namespace workbench {
 struct Options {
     std::vector<std::string> files;
     std::string panelModule; // empty: look for it where it is built or installed
+    std::string recordTo; // empty: nothing is written down
+    std::string replayFrom; // empty: nothing is played back
     bool production = false; // leave the marker files alone
     bool servesPage = true; // else whatever answers on the port is loaded
     bool startsContainer = true; // else whoever owns the container's bus name answers

@@ -1,5 +1,6 @@
 #include "Workbench/HostEditor/Program.h"
 
+#include "Workbench/HostEditor/ChannelListener.h"
 #include "Workbench/HostEditor/ContainerLauncher.h"
 #include "Workbench/HostEditor/DevelopmentMarker.h"
 #include "Workbench/HostEditor/Editor.h"
@@ -13,6 +14,8 @@
 #include "Workbench/HostEditor/PinsClient.h"
 #include "Workbench/HostEditor/PlayTally.h"
 #include "Workbench/HostEditor/ProgramFolder.h"
+#include "Workbench/HostEditor/Recording.h"
+#include "Workbench/HostEditor/Replay.h"
 #include "Workbench/HostEditor/SessionBus.h"
 #include "Workbench/HostEditor/SignalWatch.h"
 #include "Workbench/HostEditor/Style.h"
@@ -60,22 +63,90 @@ public:
         , host(publishHost(options.observerThread ? HostBridge::Delivery::OwnThread
                                                   : HostBridge::Delivery::MainThread)) {}
 
-    void run() {
+    // Answers the exit status.
+    int run() {
         for (auto const& message : marker.messages())
             journal.warn(message);
+        auto files = options.files;
+        if (!beginSession(files))
+            return EXIT_FAILURE;
         connectParts();
-        editor.open(options.files);
+        editor.open(files);
         startPage();
+        if (strangerAtPort && replay)
+            return EXIT_FAILURE;
         startContainer();
         showWindow();
         loop->run();
         endQuietly();
+        return status;
     }
 
 private:
     void endBySignal(int number) {
         journal.say("ended by signal " + std::to_string(number));
         loop->quit();
+    }
+
+    // Whether the run can be recorded or played back, where it is to be.
+    bool beginSession(std::vector<std::string>& files) {
+        if (options.recordTo.empty() && options.replayFrom.empty())
+            return true;
+        if (!PageServer::servesWholePage()) {
+            journal.warn("this build serves the small page, which neither records nor plays back; ./run and "
+                         "./test build the whole one where npm answers");
+            return false;
+        }
+        return options.replayFrom.empty() ? beginRecording() : beginReplay(files);
+    }
+
+    bool beginRecording() {
+        auto begun = Recording::begin(options.recordTo, [this](auto const& line) { journal.warn(line); });
+        if (auto const* const problem = std::get_if<std::string>(&begun)) {
+            journal.warn(*problem);
+            return false;
+        }
+        recording = std::get<std::unique_ptr<Recording>>(std::move(begun));
+        listener.emplace(bus, [this](auto const& member, auto const& arguments) {
+            recording->channelSaid(member, arguments);
+        });
+        editor.signalFilesChanged().connect([this] { recording->filesOpened(editor.openedFiles()); });
+        editor.signalActiveChanged().connect([this] { recording->sequenceChanged(activeFacts(editor)); });
+        editor.signalPositionChanged().connect([this] { recording->playheadMoved(editor.position()); });
+        journal.say("recording into " + options.recordTo);
+        return true;
+    }
+
+    bool beginReplay(std::vector<std::string>& files) {
+        auto read = readRecording(options.replayFrom);
+        if (auto const* const problem = std::get_if<std::string>(&read)) {
+            journal.warn(*problem);
+            return false;
+        }
+        auto& [text, opened] = std::get<ReadRecording>(read);
+        if (files.empty())
+            files = std::move(opened);
+        status = EXIT_FAILURE; // until the page says otherwise
+        replay = std::make_unique<Replay>(editor, std::move(text),
+                                          [this](auto const& outcome) { endReplay(outcome); });
+        journal.say("playing back " + options.replayFrom);
+        return true;
+    }
+
+    void endReplay(ReplayOutcome const& outcome) {
+        auto const line = "replay: " + outcome.line;
+        if (outcome.isAsRecorded)
+            journal.say(line);
+        else
+            journal.warn(line);
+        status = outcome.isAsRecorded ? EXIT_SUCCESS : EXIT_FAILURE;
+        loop->quit();
+    }
+
+    [[nodiscard]] SessionDesk desk() const {
+        if (replay)
+            return replay.get();
+        return recording ? SessionDesk{recording.get()} : SessionDesk{};
     }
 
     void connectParts() {
@@ -125,7 +196,7 @@ private:
         if (!options.servesPage || !marker.isPresent())
             return;
         Stopwatch const watch;
-        page = std::make_unique<PageServer>();
+        page = std::make_unique<PageServer>(PageServer::PanelPort, desk());
         strangerAtPort = page->start();
         if (strangerAtPort) {
             journal.warn(*strangerAtPort);
@@ -156,7 +227,29 @@ private:
         journal.say("window shown");
         showConnections();
         // After the first picture: the panel's engine takes a while to load.
-        Glib::signal_idle().connect_once([this] { loadPanel(); });
+        Glib::signal_idle().connect_once([this] {
+            if (replay && options.startsContainer)
+                loadPanelWithContainer();
+            else
+                loadPanel();
+        });
+    }
+
+    // A message that is played back before the container is there would be lost.
+    void loadPanelWithContainer() {
+        constexpr unsigned patience = 10; // seconds; the page then tells what is missing
+        loading = Glib::signal_timeout().connect_seconds(
+            [this] {
+                loadPanel();
+                return false;
+            },
+            patience);
+        pins->signalChanged().connect([this] {
+            if (!pins->isLive() || !loading.connected())
+                return;
+            loading.disconnect();
+            loadPanel();
+        });
     }
 
     void loadPanel() {
@@ -197,6 +290,11 @@ private:
     EditorService service;
     std::shared_ptr<PinsClient> pins;
     HostBridge& host;
+    std::unique_ptr<Recording> recording;
+    std::optional<ChannelListener> listener;
+    std::unique_ptr<Replay> replay;
+    int status = EXIT_SUCCESS;
+    sigc::connection loading; // of the panel, where it waits for the container
     std::optional<std::string> strangerAtPort; // the page server's complaint
     std::unique_ptr<PageServer> page;
     std::unique_ptr<PageServerControl> pageControl;
@@ -223,9 +321,9 @@ int runWorkbench(Options const& options) {
     // Both go into the desktop's list of recent files.
     Glib::set_prgname("zelvix-workbench");
     Glib::set_application_name("Zelvix Workbench");
-    Program{options, journal, marker}.run();
+    auto const status = Program{options, journal, marker}.run();
     journal.say("ended");
-    return EXIT_SUCCESS;
+    return status;
 }
 
 } // namespace workbench

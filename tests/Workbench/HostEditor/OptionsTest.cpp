@@ -39,6 +39,38 @@ TEST(Options, RefuseAPanelWithoutAFile) {
     EXPECT_EQ(parseCommandLine({"--panel="}).request, Request::Refuse);
 }
 
+TEST(Options, TakeTheFileOfARecordingInBothSpellings) {
+    EXPECT_EQ(parseCommandLine({"--record", "a.jsonl", "film.mp4"}).options.recordTo, "a.jsonl");
+    EXPECT_EQ(parseCommandLine({"--record=a.jsonl"}).options.recordTo, "a.jsonl");
+    auto const line = parseCommandLine({"--replay", "b.jsonl", "film.mp4"});
+    EXPECT_EQ(line.options.replayFrom, "b.jsonl");
+    EXPECT_EQ(line.options.files, std::vector<std::string>{"film.mp4"});
+    EXPECT_EQ(parseCommandLine({"--replay=b.jsonl"}).options.replayFrom, "b.jsonl");
+}
+
+TEST(Options, RefuseARecordingWithoutAFile) {
+    for (auto const* const option : {"--record", "--replay"}) {
+        EXPECT_EQ(parseCommandLine({option}).problem, std::string{option} + " needs a file");
+        EXPECT_EQ(parseCommandLine({std::string{option} + "="}).request, Request::Refuse);
+    }
+    EXPECT_EQ(parseCommandLine({"--recorder=a"}).problem, "unknown option --recorder=a");
+}
+
+TEST(Options, DoNotRecordAndPlayBackAtOnce) {
+    EXPECT_EQ(parseCommandLine({"--record=a", "--replay=b"}).problem,
+              "--record and --replay exclude each other");
+}
+
+// Only the page that is served here takes part.
+TEST(Options, RecordWithTheServedPageOnly) {
+    for (auto const* const session : {"--record=a", "--replay=b"})
+        for (auto const* const other : {"--no-page", "--production"})
+            EXPECT_EQ(parseCommandLine({other, session}).problem,
+                      "--record and --replay need the page that is served here, so neither --no-page nor "
+                      "--production");
+    EXPECT_EQ(parseCommandLine({"--record=a", "--help"}).request, Request::ShowHelp);
+}
+
 TEST(Options, NameWhatTheyDoNotKnow) {
     auto const line = parseCommandLine({"clip.mp4", "--speed"});
     EXPECT_EQ(line.request, Request::Refuse);
@@ -60,7 +92,7 @@ TEST(Options, AnswerTheFirstQuestionOnly) {
 TEST(Options, AreAllExplainedInTheHelp) {
     auto const help = helpText();
     for (auto const* const option : {"--panel", "--no-page", "--no-container", "--production",
-                                     "--observer-thread", "--help", "--version"})
+                                     "--observer-thread", "--record", "--replay", "--help", "--version"})
         EXPECT_NE(help.find(option), std::string::npos) << option;
 }
 
