@@ -32,7 +32,7 @@ std::string bodyOf(SoupServerMessage* message) {
     return {data ? data : "", size};
 }
 
-std::optional<double> secondsIn(std::string_view text) {
+std::optional<double> secondsIn(std::string const& text) {
     double seconds = 0;
     auto const* const end = text.data() + text.size();
     auto const [stop, error] = std::from_chars(text.data(), end, seconds);
