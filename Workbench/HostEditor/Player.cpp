@@ -25,6 +25,7 @@ Player::Player() {
 
 Player::~Player() {
     watching.disconnect();
+    taking.disconnect();
     close();
 }
 
@@ -135,6 +136,12 @@ void Player::put(ShownFrame frame) {
 }
 
 void Player::take() {
+    taking.disconnect();
+    auto const now = g_get_monotonic_time();
+    if (auto const early = shownAt + spacing() - now; isPlaying() && early > 0) {
+        takeIn(early);
+        return;
+    }
     std::optional<ShownFrame> frame;
     {
         std::lock_guard const lock{exchange};
@@ -142,7 +149,7 @@ void Player::take() {
     }
     if (!frame || !playback || !isExpected(frame->frame))
         return;
-    lastSign = g_get_monotonic_time();
+    lastSign = shownAt = now;
     underWay.reset();
     displayed = frame->frame;
     if (auto const further = std::exchange(next, std::nullopt))
@@ -150,6 +157,23 @@ void Player::take() {
     else if (pace < 0 && displayed == 0)
         stopAt(0); // the engine would stay there at full speed
     shown.emit(*frame);
+}
+
+void Player::takeIn(std::int64_t microseconds) {
+    auto const turn = [this] {
+        take();
+        return false;
+    };
+    taking = Glib::signal_timeout().connect(turn, static_cast<unsigned>((microseconds + 999) / 1000));
+}
+
+// Above 30 frames in a second the engine puts out two at once and then none for as long: shown at once, every
+// second one would never reach the screen. Less than a frame lasts, so that a late one is caught up with.
+std::int64_t Player::spacing() const {
+    if (!sequence)
+        return 0;
+    auto const rate = sequence->facts().rate;
+    return std::int64_t{750'000} * rate.denominator / rate.numerator;
 }
 
 // Frames that were on their way when a jump was asked for still come out after it, and when play turned, too.

@@ -15,8 +15,9 @@ namespace workbench {
 class Sequence;
 
 // Plays one sequence at a time and moves its playhead. Lives on the main thread and calls back there; needs a
-// running default main loop. Of the frames that the engine puts out faster than the loop takes them the
-// newest wins. While one jump is under way only the last of the further ones is kept.
+// running default main loop. Of two frames that the engine puts out together the second waits for its turn,
+// and what the loop is too slow for is left out. While one jump is under way only the last of the further
+// ones is kept.
 class Player final {
 public:
     Player();
@@ -64,6 +65,8 @@ public:
 private:
     void put(ShownFrame frame); // on the engine's threads
     void take();
+    void takeIn(std::int64_t microseconds);
+    [[nodiscard]] std::int64_t spacing() const; // microseconds between two frames at least, while it plays
     [[nodiscard]] bool isExpected(std::int64_t frame) const;
     void send(std::int64_t frame);
     void ensureWatching();
@@ -76,6 +79,8 @@ private:
     std::mutex exchange; // guards `newest`
     std::optional<ShownFrame> newest;
     Glib::Dispatcher arrived;
+    sigc::connection taking; // while a frame waits for its turn
+    std::int64_t shownAt = 0; // monotonic time of the last frame, in microseconds
 
     Sequence* sequence = nullptr;
     std::unique_ptr<Playback> playback;

@@ -166,6 +166,19 @@ TEST_P(PlayerOnFilm, PlaysOnFromWhereItWasPaused) {
     EXPECT_LE(seen[first].frame, 33);
 }
 
+TEST_P(PlayerOnFilm, ShowsFramesOneAfterTheOtherThatComeTogether) {
+    std::vector<std::int64_t> times;
+    player.signalShown().connect([&](ShownFrame const&) { times.push_back(g_get_monotonic_time()); });
+    player.play();
+    ASSERT_TRUE(waitUntil([this] { return !player.isPlaying(); }));
+    auto const halfAFrame = std::int64_t{500'000} * GetParam().denominator / GetParam().numerator;
+    auto close = 0;
+    for (std::size_t index = 1; index < times.size(); ++index)
+        close += times[index] - times[index - 1] < halfAFrame ? 1 : 0;
+    // A busy machine may keep this test from its clock now and then.
+    EXPECT_LE(close, 9) << "of " << times.size();
+}
+
 TEST_P(PlayerOnFilm, StopsOnTheLastFrame) {
     player.seek(Frames - 12);
     ASSERT_TRUE(waitFor(Frames - 12));
