@@ -5,6 +5,7 @@
 #include "benches/Harness/ProcessFigures.h"
 #include "benches/Harness/Program.h"
 #include "benches/Harness/SideProcess.h"
+#include "benches/Harness/TemporaryFolder.h"
 
 #include <algorithm>
 #include <chrono>
@@ -53,35 +54,15 @@ struct Play {
     double web = 0; // of the panel's page
 };
 
-class Folder {
-public:
-    Folder() {
-        auto pattern = (std::filesystem::temp_directory_path() / "zelvix-bench.XXXXXX").string();
-        if (!mkdtemp(pattern.data()))
-            throw std::runtime_error("no temporary folder");
-        path = pattern;
-    }
-
-    ~Folder() {
-        std::error_code error;
-        std::filesystem::remove_all(path, error);
-    }
-
-    Folder(Folder const&) = delete;
-    Folder& operator=(Folder const&) = delete;
-
-    std::filesystem::path path;
-};
-
 void mustRun(std::string const& command) {
     if (std::system(command.c_str()) != 0)
         throw std::runtime_error("failed: " + command);
 }
 
-std::string makeFilm(Folder const& folder, Clip const& clip, int seconds) {
+std::string makeFilm(TemporaryFolder const& folder, Clip const& clip, int seconds) {
     auto const rate = std::to_string(clip.rateNumerator) + "/" + std::to_string(clip.rateDenominator);
     auto const size = std::to_string(clip.height * 16 / 9) + "x" + std::to_string(clip.height);
-    auto file = folder.path / ("film-" + size + "-" + std::to_string(clip.rateNumerator) + ".mp4");
+    auto file = folder / ("film-" + size + "-" + std::to_string(clip.rateNumerator) + ".mp4");
     if (!std::filesystem::exists(file))
         mustRun("ffmpeg -hide_banner -loglevel error -nostdin -f lavfi -i testsrc2=s=" + size + ":r=" + rate +
                 " -f lavfi -i sine=f=440:r=48000 -t " + std::to_string(seconds) +
@@ -90,11 +71,11 @@ std::string makeFilm(Folder const& folder, Clip const& clip, int seconds) {
 }
 
 // The editor finds its window as this leaves it.
-void shapeWindow(Folder const& folder, int height) {
-    auto const place = folder.path / "zelvix";
+void shapeWindow(TemporaryFolder const& folder, int height) {
+    auto const place = folder / "zelvix";
     std::filesystem::create_directories(place);
     std::ofstream{place / "workbench.ini"} << "[window]\nwidth=1280\nheight=" << height << "\npanel=300\n";
-    setenv("XDG_STATE_HOME", folder.path.c_str(), 1);
+    setenv("XDG_STATE_HOME", folder.path().c_str(), 1);
 }
 
 std::string readUntil(SideProcess& editor, std::string const& text) {
@@ -110,7 +91,7 @@ double webTime(pid_t editor) {
     return sum;
 }
 
-Play play(Folder const& folder, Row const& row, int seconds) {
+Play play(TemporaryFolder const& folder, Row const& row, int seconds) {
     auto const film = makeFilm(folder, row.clip, seconds);
     shapeWindow(folder, row.windowHeight);
     std::vector<std::string> arguments{"--panel",        "none",         "--no-page",
@@ -139,7 +120,7 @@ Play play(Folder const& folder, Row const& row, int seconds) {
     return result;
 }
 
-void measureRow(Folder const& folder, Row const& row, Options const& options, Report& report) {
+void measureRow(TemporaryFolder const& folder, Row const& row, Options const& options, Report& report) {
     auto const seconds = options.count(12, 2);
     Comparison painted("painted, " + row.name, " pictures/s", 1, {Bound::Kind::AtLeast, 0.98});
     Comparison processor("processor, " + row.name, "%", 0, {Bound::Kind::AtMost, 1.1});
@@ -160,7 +141,7 @@ void measureRow(Folder const& folder, Row const& row, Options const& options, Re
 }
 
 void measure(Options const& options, Report& report) {
-    Folder const folder;
+    TemporaryFolder const folder;
     for (auto const& row : rows)
         // The quick form leaves alone what belongs to the whole machine: the page's port, the marker file.
         if (!options.quick || row.windowHeight < 600)

@@ -4,10 +4,10 @@
 #include "Workbench/ContainerApp/CommentReader.h"
 #include "Workbench/ContainerApp/Store.h"
 #include "benches/Harness/Program.h"
+#include "benches/Harness/TemporaryFolder.h"
 
 #include <chrono>
 #include <cmath>
-#include <filesystem>
 #include <malloc.h>
 
 namespace {
@@ -19,28 +19,6 @@ constexpr double millisecondsPerSecond = 1000;
 constexpr double microsecondsPerSecond = 1'000'000;
 
 constexpr double secondsBetween = 0.5;
-
-// A folder that goes with its owner.
-class Folder {
-public:
-    Folder() {
-        auto pattern = (std::filesystem::temp_directory_path() / "zelvix-bench.XXXXXX").string();
-        path = mkdtemp(pattern.data());
-    }
-
-    ~Folder() {
-        auto error = std::error_code{};
-        std::filesystem::remove_all(path, error);
-    }
-
-    Folder(Folder const&) = delete;
-    Folder& operator=(Folder const&) = delete;
-
-    [[nodiscard]] std::string operator/(char const* name) const { return (path / name).string(); }
-
-private:
-    std::filesystem::path path;
-};
 
 // Every tenth is a range that reaches over others.
 std::vector<CommentDraft> makeDrafts(int count, int round) {
@@ -146,7 +124,7 @@ double findMany(Side& side, int lookups, int count) {
 
 void measure(Options const& options, Report& report) {
     auto const count = options.count(100'000, 2000);
-    Folder const folder;
+    TemporaryFolder const folder;
     Ours ours{folder / "ours.sqlite"};
     Bare bare{folder / "bare.sqlite"};
     Comparison sync("all of " + std::to_string(count) + " comments into the store", " ms", 0,

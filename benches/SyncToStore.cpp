@@ -4,9 +4,8 @@
 #include "benches/Harness/BusSide.h"
 #include "benches/Harness/PageSide.h"
 #include "benches/Harness/Program.h"
+#include "benches/Harness/TemporaryFolder.h"
 #include "benches/Harness/Trips.h"
-
-#include <filesystem>
 
 namespace {
 
@@ -28,30 +27,9 @@ private:
     SideProcess process;
 };
 
-class Folder {
-public:
-    Folder() {
-        auto pattern = (std::filesystem::temp_directory_path() / "zelvix-bench.XXXXXX").string();
-        path = mkdtemp(pattern.data());
-    }
-
-    ~Folder() {
-        auto error = std::error_code{};
-        std::filesystem::remove_all(path, error);
-    }
-
-    Folder(Folder const&) = delete;
-    Folder& operator=(Folder const&) = delete;
-
-    [[nodiscard]] std::string file() const { return (path / "store.sqlite").string(); }
-
-private:
-    std::filesystem::path path;
-};
-
 void measure(Options const& options, Report& report) {
     RoundServer server;
-    Folder const folder;
+    TemporaryFolder const folder;
     PageSide panel(server, "panel", "measured-panel");
     Trips trips{{{"command", "syncAllComments"}}, true};
     trips.count = 1;
@@ -61,7 +39,7 @@ void measure(Options const& options, Report& report) {
                     " ms", 0, {Bound::Kind::AtMost, 3});
     alternate<Trip>(options,
                     {[&] {
-                         StoreSide const container{folder.file()};
+                         StoreSide const container{folder / "store.sqlite"};
                          return trips.run(panel);
                      },
                      [&] {
