@@ -94,7 +94,7 @@ TEST(CsvWriter, CarriesAnyTextAsItWasTyped) {
     auto comments = std::vector<Comment>{};
     for (auto const& text : texts)
         comments.push_back(comment(text));
-    auto const rows = readBack("table", written(CsvWriter{FrameCount{{25, 1}, 0, false}, comments}));
+    auto const rows = readBack("table", written(CsvWriter{pal, comments}));
     EXPECT_EQ(Json(texts), each(rows, "text"));
     EXPECT_EQ(10U, rows.at(0).size());
 }

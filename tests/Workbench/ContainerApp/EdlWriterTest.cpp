@@ -9,26 +9,15 @@ namespace workbench {
 
 namespace {
 
-constexpr auto pal = FrameCount{{25, 1}, 0, false};
-
-// On both sides of where labels are left out, and where roundings of the rate would show.
-std::vector<std::int64_t> const frames{0,    1,      2,      23,     1799,    1800,     3599,
-                                       3600, 17'981, 17'982, 35'964, 107'892, 1'900'000};
-
-std::string document(ExportContent const& content) {
-    return written(EdlWriter{timelineOf(content)});
-}
-
-Json read(ExportContent const& content) {
-    return readBack("edl", document(content));
-}
+constexpr ExportFormat<EdlWriter> edl{"edl"};
 
 } // namespace
 
 TEST(EdlWriter, LabelsEveryEventAsMltDoes) {
+    auto const& frames = telltaleFrames();
     for (auto const& [name, count] : sampleRates()) {
         SCOPED_TRACE(name);
-        auto const events = read(contentAt(frames, count))["events"];
+        auto const events = edl.read(contentAt(frames, count))["events"];
         auto following = frames;
         for (auto& frame : following)
             ++frame;
@@ -38,28 +27,22 @@ TEST(EdlWriter, LabelsEveryEventAsMltDoes) {
 }
 
 TEST(EdlWriter, SaysWhetherLabelsAreLeftOut) {
-    auto const dropped = read(contentAt({1799, 1800}, {{30000, 1001}, 107'892, true}));
+    auto const dropped = edl.read(contentAt({1799, 1800}, {{30000, 1001}, 107'892, true}));
     EXPECT_EQ("DROP FRAME", dropped["mode"]);
     EXPECT_EQ((Json{"01:00:59;29", "01:01:00;02"}), each(dropped["events"], "label"));
-    auto const twice = read(contentAt({3599, 3600}, {{60000, 1001}, 215'784, true}));
+    auto const twice = edl.read(contentAt({3599, 3600}, {{60000, 1001}, 215'784, true}));
     EXPECT_EQ("DROP FRAME", twice["mode"]);
     EXPECT_EQ((Json{"01:00:59;59", "01:01:00;04"}), each(twice["events"], "label"));
-    auto const counted = read(contentAt({1799, 1800}, {{30000, 1001}, 108'000, false}));
+    auto const counted = edl.read(contentAt({1799, 1800}, {{30000, 1001}, 108'000, false}));
     EXPECT_EQ("NON-DROP FRAME", counted["mode"]);
     EXPECT_EQ((Json{"01:00:59:29", "01:01:00:00"}), each(counted["events"], "label"));
-    EXPECT_EQ("NON-DROP FRAME", read(contentAt({}, {{25, 1}, 0, true}))["mode"]);
+    EXPECT_EQ("NON-DROP FRAME", edl.read(contentAt({}, {{25, 1}, 0, true}))["mode"]);
 }
 
 TEST(EdlWriter, WritesAMarkerAndALocatorForEachComment) {
-    auto content = contentAt({3, 7}, pal);
-    content.comments[0].author = "Ana";
+    auto content = contentWithReply(pal);
     content.comments[0].colour = "red";
     content.comments[0].duration = 2;
-    auto reply = content.comments[0];
-    reply.author = "Bo";
-    reply.text = "Larger?";
-    reply.parentId = "1";
-    content.comments.insert(content.comments.begin() + 1, reply);
     EXPECT_EQ("TITLE: Reel 1\r\nFCM: NON-DROP FRAME\r\n\r\n"
               "001  AX       V     C        00:00:00:03 00:00:00:04 00:00:00:03 00:00:00:04\r\n"
               " Ana: Comment 1 / Bo: Larger? |C:ResolveColorRed |M:Comment 1 |D:50\r\n"
@@ -67,11 +50,11 @@ TEST(EdlWriter, WritesAMarkerAndALocatorForEachComment) {
               "002  AX       V     C        00:00:00:07 00:00:00:08 00:00:00:07 00:00:00:08\r\n"
               " Comment 2 |C:ResolveColorBlue |M:Comment 2 |D:1\r\n"
               "* LOC: 00:00:00:07 BLUE Comment 2\r\n",
-              document(content));
+              edl.document(content));
 }
 
 TEST(EdlWriter, CarriesAnyTextInItsFewCharacters) {
-    auto const found = read(hostileContent(pal));
+    auto const found = edl.read(hostileContent(pal));
     EXPECT_EQ("\"<&>\" ]]> ?", found["title"]);
     ASSERT_EQ(hostileTexts().size(), found["events"].size());
     for (std::size_t place = 0; place < hostileTexts().size(); ++place) {
@@ -83,19 +66,19 @@ TEST(EdlWriter, CarriesAnyTextInItsFewCharacters) {
     }
     auto content = contentAt({1}, pal);
     content.comments[0].text = "Café 日 |C:x";
-    EXPECT_EQ("Cafe ? /C:x", read(content)["events"][0]["name"]);
+    EXPECT_EQ("Cafe ? /C:x", edl.read(content)["events"][0]["name"]);
 }
 
 TEST(EdlWriter, WritesNoEventsAndAsManyAsItHasNumbersFor) {
-    EXPECT_EQ(Json::array(), read(contentAt({}, pal))["events"]);
+    EXPECT_EQ(Json::array(), edl.read(contentAt({}, pal))["events"]);
     auto content = longContent(pal);
     content.comments.resize(999);
-    EXPECT_EQ(999U, read(content)["events"].size());
+    EXPECT_EQ(999U, edl.read(content)["events"].size());
 }
 
 TEST(EdlWriter, RefusesMoreEventsThanItHasNumbersFor) {
     try {
-        std::ignore = document(longContent(pal));
+        std::ignore = edl.document(longContent(pal));
         FAIL();
     } catch (OutputError const& error) {
         EXPECT_STREQ(

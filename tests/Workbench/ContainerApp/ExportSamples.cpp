@@ -13,6 +13,12 @@ std::vector<SampleRate> const& sampleRates() {
     return rates;
 }
 
+std::vector<std::int64_t> const& telltaleFrames() {
+    static auto const frames = std::vector<std::int64_t>{
+        0, 1, 2, 23, 1799, 1800, 3599, 3600, 17'981, 17'982, 35'964, 107'892, 1'900'000};
+    return frames;
+}
+
 double secondsAt(std::int64_t frame, FrameRate rate) {
     return static_cast<double>(frame * rate.denominator) / static_cast<double>(rate.numerator);
 }
@@ -31,6 +37,17 @@ ExportContent contentAt(std::vector<std::int64_t> const& frames, FrameCount cons
         content.comments.push_back(commentAt(secondsAt(frame, count.rate), "Comment " + number));
         content.comments.back().id = number;
     }
+    return content;
+}
+
+ExportContent contentWithReply(FrameCount const& count) {
+    auto content = contentAt({3, 7}, count);
+    content.comments[0].author = "Ana";
+    auto reply = commentAt(content.comments[0].start, "Larger?");
+    reply.id = "r";
+    reply.author = "Bo";
+    reply.parentId = content.comments[0].id;
+    content.comments.insert(content.comments.begin() + 1, reply);
     return content;
 }
 

@@ -19,6 +19,11 @@ struct SampleRate {
 // 23.976, 25, 29.97 with dropped labels, 59.94 with and without.
 [[nodiscard]] std::vector<SampleRate> const& sampleRates();
 
+inline constexpr auto pal = FrameCount{{25, 1}, 0, false};
+
+// On both sides of where labels are left out, and where roundings of the rate would show.
+[[nodiscard]] std::vector<std::int64_t> const& telltaleFrames();
+
 // The exact time of a frame, as near as a number gets.
 [[nodiscard]] double secondsAt(std::int64_t frame, FrameRate rate);
 
@@ -26,6 +31,9 @@ struct SampleRate {
 
 // One comment without an author at each of these frames, "Comment 1" and so on.
 [[nodiscard]] ExportContent contentAt(std::vector<std::int64_t> const& frames, FrameCount const& count);
+
+// Two comments on frames 3 and 7; the first is Ana's, and Bo replies to it: "Larger?".
+[[nodiscard]] ExportContent contentWithReply(FrameCount const& count);
 
 // A text that somebody may have typed, and what is to be seen of it in one line.
 struct HostileText {
@@ -50,6 +58,20 @@ struct HostileText {
 // in. Discarded where it finds a fault.
 [[nodiscard]] Json readBack(std::string const& name, std::string const& contents,
                             std::string const& arguments = {});
+
+// What the writer of one format makes of a content, and what the reader finds in that.
+template <typename Writer>
+struct ExportFormat {
+    char const* reader;
+
+    [[nodiscard]] std::string document(ExportContent const& content) const {
+        return written(Writer{timelineOf(content)});
+    }
+
+    [[nodiscard]] Json read(ExportContent const& content) const {
+        return readBack(reader, document(content));
+    }
+};
 
 // The labels that MLT gives to these frames of a sequence.
 [[nodiscard]] Json labelsByMlt(std::vector<std::int64_t> frames, FrameCount const& count);

@@ -10,15 +10,7 @@ namespace workbench {
 
 namespace {
 
-constexpr auto pal = FrameCount{{25, 1}, 0, false};
-
-std::string document(ExportContent const& content) {
-    return written(FcpxmlWriter{timelineOf(content)});
-}
-
-Json read(ExportContent const& content) {
-    return readBack("fcpxml", document(content));
-}
+constexpr ExportFormat<FcpxmlWriter> fcpxml{"fcpxml"};
 
 std::string xpath(std::string const& contents, std::string const& expression) {
     auto const folder = TemporaryFolder{};
@@ -58,7 +50,7 @@ TEST(FcpxmlWriter, PlacesEveryMarkerOnItsFrame) {
     auto const frames = std::vector<std::int64_t>{0, 1, 2, 1799, 1800, 17'981, 17'982, 107'892, 2'589'407};
     for (auto const& [name, count] : sampleRates()) {
         SCOPED_TRACE(name);
-        auto const found = read(contentAt(frames, count));
+        auto const found = fcpxml.read(contentAt(frames, count));
         EXPECT_EQ(Json(frames), each(found["markers"], "frame"));
         EXPECT_EQ(Json(std::vector<int>(frames.size(), 1)), each(found["markers"], "frames"));
         EXPECT_EQ(frames.back() + 1, found["length"]);
@@ -67,20 +59,20 @@ TEST(FcpxmlWriter, PlacesEveryMarkerOnItsFrame) {
 }
 
 TEST(FcpxmlWriter, WritesTimesAsFractionsOfTheExactRate) {
-    auto const film = read(contentAt({0, 1, 24}, {{24000, 1001}, 86'400, false}));
+    auto const film = fcpxml.read(contentAt({0, 1, 24}, {{24000, 1001}, 86'400, false}));
     EXPECT_EQ("1001/24000s", film["frameDuration"]);
     EXPECT_EQ((Json{"0/24000s", "1001/24000s", "24024/24000s"}), each(film["markers"], "start"));
-    auto const european = read(contentAt({0, 1, 50}, pal));
+    auto const european = fcpxml.read(contentAt({0, 1, 50}, pal));
     EXPECT_EQ("1/25s", european["frameDuration"]);
     EXPECT_EQ((Json{"0s", "1/25s", "2s"}), each(european["markers"], "start"));
-    EXPECT_EQ("1001/60000s", read(contentAt({}, {{60000, 1001}, 0, false}))["frameDuration"]);
-    EXPECT_EQ("1/25s", read(contentAt({}, {{25'000, 1000}, 0, false}))["frameDuration"]);
+    EXPECT_EQ("1001/60000s", fcpxml.read(contentAt({}, {{60000, 1001}, 0, false}))["frameDuration"]);
+    EXPECT_EQ("1/25s", fcpxml.read(contentAt({}, {{25'000, 1000}, 0, false}))["frameDuration"]);
 }
 
 TEST(FcpxmlWriter, BeginsAtTheSequencesFirstLabel) {
     for (auto const& [name, count] : sampleRates()) {
         SCOPED_TRACE(name);
-        auto const found = read(contentAt({5}, count));
+        auto const found = fcpxml.read(contentAt({5}, count));
         EXPECT_EQ(count.firstFrame, found["first"]);
         EXPECT_EQ(count.firstFrame, found["offset"]);
         EXPECT_EQ(count.dropFrame ? "DF" : "NDF", found["tcFormat"]);
@@ -88,17 +80,17 @@ TEST(FcpxmlWriter, BeginsAtTheSequencesFirstLabel) {
 }
 
 TEST(FcpxmlWriter, DropsNoLabelsWhereThatIsNotDefined) {
-    EXPECT_EQ("NDF", read(contentAt({}, {{25, 1}, 0, true}))["tcFormat"]);
+    EXPECT_EQ("NDF", fcpxml.read(contentAt({}, {{25, 1}, 0, true}))["tcFormat"]);
 }
 
 TEST(FcpxmlWriter, IsAsLongAsTheSequence) {
     auto content = contentAt({5}, pal);
     content.durationFrames = 250;
-    EXPECT_EQ(250, read(content)["length"]);
+    EXPECT_EQ(250, fcpxml.read(content)["length"]);
 }
 
 TEST(FcpxmlWriter, HasOneProjectWithOneGapThatCarriesTheMarkers) {
-    auto const text = document(contentAt({1, 2, 3}, pal));
+    auto const text = fcpxml.document(contentAt({1, 2, 3}, pal));
     EXPECT_EQ("1.10\n", xpath(text, "string(/fcpxml/@version)"));
     EXPECT_EQ("1\n", xpath(text, "count(/fcpxml/event/project/sequence/spine/*)"));
     EXPECT_EQ("3\n", xpath(text, "count(/fcpxml/event/project/sequence/spine/gap/marker)"));
@@ -108,7 +100,7 @@ TEST(FcpxmlWriter, HasOneProjectWithOneGapThatCarriesTheMarkers) {
 }
 
 TEST(FcpxmlWriter, PassesTheScriptThatChecksAgainstADefinition) {
-    auto const text = document(hostileContent(pal));
+    auto const text = fcpxml.document(hostileContent(pal));
     EXPECT_THAT(checked(text), testing::EndsWith("x.fcpxml is as our.dtd wants it\n0\n"));
     auto changed = text;
     changed.replace(changed.find("<marker "), 8, "<mark ");
@@ -116,23 +108,16 @@ TEST(FcpxmlWriter, PassesTheScriptThatChecksAgainstADefinition) {
 }
 
 TEST(FcpxmlWriter, MakesAToDoOfEachCommentWithItsThreadAsTheNote) {
-    auto content = contentAt({3, 7}, pal);
-    content.comments[0].author = "Ana";
-    auto reply = content.comments[0];
-    reply.id = "r";
-    reply.author = "Bo";
-    reply.text = "Larger?";
-    reply.parentId = "1";
-    content.comments.insert(content.comments.begin() + 1, reply);
+    auto content = contentWithReply(pal);
     content.comments[2].resolved = true;
-    auto const markers = read(content)["markers"];
+    auto const markers = fcpxml.read(content)["markers"];
     EXPECT_EQ((Json{"Comment 1", "Comment 2"}), each(markers, "value"));
     EXPECT_EQ((Json{"Ana: Comment 1\nBo: Larger?", "Comment 2"}), each(markers, "note"));
     EXPECT_EQ((Json{"0", "1"}), each(markers, "completed"));
 }
 
 TEST(FcpxmlWriter, CarriesAnyText) {
-    auto const found = read(hostileContent(pal));
+    auto const found = fcpxml.read(hostileContent(pal));
     EXPECT_EQ("\"<&>\" ]]> 🎬", found["name"]);
     ASSERT_EQ(hostileTexts().size(), found["markers"].size());
     for (std::size_t place = 0; place < hostileTexts().size(); ++place) {
@@ -147,12 +132,12 @@ TEST(FcpxmlWriter, ReplacesWhatXmlCannotCarry) {
                                "b";
     EXPECT_EQ("a\xEF\xBF\xBD"
               "b",
-              read(content)["markers"][0]["value"]);
+              fcpxml.read(content)["markers"][0]["value"]);
 }
 
 TEST(FcpxmlWriter, WritesNoMarkersAndManyMarkers) {
-    EXPECT_EQ(Json::array(), read(contentAt({}, pal))["markers"]);
-    auto const many = read(longContent({{30000, 1001}, 0, true}))["markers"];
+    EXPECT_EQ(Json::array(), fcpxml.read(contentAt({}, pal))["markers"]);
+    auto const many = fcpxml.read(longContent({{30000, 1001}, 0, true}))["markers"];
     ASSERT_EQ(5000U, many.size());
     EXPECT_EQ(49'990, many.back()["frame"]);
     EXPECT_EQ("Comment 5000", many.back()["value"]);

@@ -8,22 +8,11 @@ namespace workbench {
 
 namespace {
 
-constexpr auto pal = FrameCount{{25, 1}, 0, false};
-
-// On both sides of where labels are left out, and where roundings of the rate would show.
-std::vector<std::int64_t> const frames{0,    1,      2,      23,     1799,    1800,     3599,
-                                       3600, 17'981, 17'982, 35'964, 107'892, 1'900'000};
-
-std::string document(ExportContent const& content) {
-    return written(FfmetadataWriter{timelineOf(content)});
-}
-
-Json read(ExportContent const& content) {
-    return readBack("chapters", document(content));
-}
+constexpr ExportFormat<FfmetadataWriter> ffmetadata{"chapters"};
 
 // The film's own format counts nanoseconds.
 void expectNanoseconds(Json const& chapters, FrameRate rate) {
+    auto const& frames = telltaleFrames();
     ASSERT_EQ(frames.size(), chapters.size());
     for (std::size_t place = 0; place < frames.size(); ++place) {
         EXPECT_EQ("1/1000000000", chapters[place]["base"]);
@@ -36,9 +25,10 @@ void expectNanoseconds(Json const& chapters, FrameRate rate) {
 } // namespace
 
 TEST(FfmetadataWriter, PlacesEveryChapterOnItsFrame) {
+    auto const& frames = telltaleFrames();
     for (auto const& [name, count] : sampleRates()) {
         SCOPED_TRACE(name);
-        auto const found = read(contentAt(frames, count));
+        auto const found = ffmetadata.read(contentAt(frames, count));
         auto ends = std::vector<std::int64_t>{frames.begin() + 1, frames.end()};
         ends.push_back(frames.back() + 1);
         EXPECT_EQ(Json(frames), each(found["own"], "start"));
@@ -53,17 +43,17 @@ TEST(FfmetadataWriter, EndsAChapterWithItsRangeOrWhereTheNextOneBegins) {
     content.comments[0].duration = 2;
     content.comments[1].duration = 1;
     content.durationFrames = 250;
-    EXPECT_EQ((Json{50, 75, 250}), each(read(content)["own"], "end"));
+    EXPECT_EQ((Json{50, 75, 250}), each(ffmetadata.read(content)["own"], "end"));
 }
 
 TEST(FfmetadataWriter, WritesOneChapterForAFrame) {
     auto content = contentAt({25, 25}, pal);
     content.comments[0].author = "Ana";
-    EXPECT_EQ(Json{"Ana: Comment 1 / Comment 2"}, each(read(content)["own"], "title"));
+    EXPECT_EQ(Json{"Ana: Comment 1 / Comment 2"}, each(ffmetadata.read(content)["own"], "title"));
 }
 
 TEST(FfmetadataWriter, CarriesAnyText) {
-    auto const found = read(hostileContent(pal));
+    auto const found = ffmetadata.read(hostileContent(pal));
     ASSERT_EQ(hostileTexts().size(), found["own"].size());
     ASSERT_EQ(hostileTexts().size(), found["muxed"].size());
     for (std::size_t place = 0; place < hostileTexts().size(); ++place) {
@@ -76,8 +66,8 @@ TEST(FfmetadataWriter, CarriesAnyText) {
 }
 
 TEST(FfmetadataWriter, WritesNoChaptersAndManyChapters) {
-    EXPECT_EQ(Json::array(), read(contentAt({}, pal))["own"]);
-    auto const many = read(longContent({{30000, 1001}, 0, true}))["muxed"];
+    EXPECT_EQ(Json::array(), ffmetadata.read(contentAt({}, pal))["own"]);
+    auto const many = ffmetadata.read(longContent({{30000, 1001}, 0, true}))["muxed"];
     ASSERT_EQ(5000U, many.size());
     EXPECT_EQ("Comment 5000", many.back()["title"]);
 }

@@ -8,21 +8,14 @@ namespace workbench {
 
 namespace {
 
-constexpr auto pal = FrameCount{{25, 1}, 0, false};
-
-// On both sides of where labels are left out, and where roundings of the rate would show.
-std::vector<std::int64_t> const frames{0,    1,      2,      23,     1799,    1800,     3599,
-                                       3600, 17'981, 17'982, 35'964, 107'892, 1'900'000};
-
-Json read(ExportContent const& content) {
-    return readBack("kdenlive", written(KdenliveWriter{timelineOf(content)}));
-}
+constexpr ExportFormat<KdenliveWriter> kdenlive{"kdenlive"};
 
 } // namespace
 
 TEST(KdenliveWriter, PlacesEveryGuideOnItsFrame) {
+    auto const& frames = telltaleFrames();
     for (auto const& [name, count] : sampleRates()) {
-        auto const guides = read(contentAt(frames, count));
+        auto const guides = kdenlive.read(contentAt(frames, count));
         EXPECT_EQ(Json(frames), each(guides, "pos")) << name;
         EXPECT_EQ(Json(std::vector<int>(frames.size(), 0)), each(guides, "duration")) << name;
     }
@@ -32,14 +25,14 @@ TEST(KdenliveWriter, CountsTheFramesOfRanges) {
     for (auto const& [name, count] : sampleRates()) {
         auto content = contentAt({1799}, count);
         content.comments[0].duration = secondsAt(13, count.rate);
-        EXPECT_EQ(Json{13}, each(read(content), "duration")) << name;
+        EXPECT_EQ(Json{13}, each(kdenlive.read(content), "duration")) << name;
     }
 }
 
 TEST(KdenliveWriter, WritesOneGuideForAFrame) {
     auto content = contentAt({20, 10, 20}, pal);
     content.comments[1].author = "Ana";
-    auto const guides = read(content);
+    auto const guides = kdenlive.read(content);
     EXPECT_EQ((Json{10, 20}), each(guides, "pos"));
     EXPECT_EQ((Json{"Ana: Comment 2", "Comment 1 / Comment 3"}), each(guides, "comment"));
 }
@@ -50,19 +43,19 @@ TEST(KdenliveWriter, ChoosesTheCategoryThatLooksMostAlike) {
     content.comments[2].colour = "#00f";
     content.comments[3].colour = "#00ff80";
     content.comments[4].colour = "no colour";
-    EXPECT_EQ((Json{0, 8, 1, 3, 0}), each(read(content), "type"));
+    EXPECT_EQ((Json{0, 8, 1, 3, 0}), each(kdenlive.read(content), "type"));
 }
 
 TEST(KdenliveWriter, CarriesAnyText) {
-    auto const guides = read(hostileContent(pal));
+    auto const guides = kdenlive.read(hostileContent(pal));
     ASSERT_EQ(hostileTexts().size(), guides.size());
     for (std::size_t place = 0; place < hostileTexts().size(); ++place)
         EXPECT_EQ(Json(hostileTexts()[place].seen), guides[place]["comment"]);
 }
 
 TEST(KdenliveWriter, WritesNoGuidesAndManyGuides) {
-    EXPECT_EQ(Json::array(), read(contentAt({}, pal)));
-    auto const many = read(longContent({{30000, 1001}, 0, true}));
+    EXPECT_EQ(Json::array(), kdenlive.read(contentAt({}, pal)));
+    auto const many = kdenlive.read(longContent({{30000, 1001}, 0, true}));
     ASSERT_EQ(5000U, many.size());
     EXPECT_EQ(49'990, many.back()["pos"]);
 }

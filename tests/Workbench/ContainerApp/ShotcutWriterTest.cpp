@@ -9,30 +9,19 @@ namespace workbench {
 
 namespace {
 
-constexpr auto pal = FrameCount{{25, 1}, 0, false};
-
-// On both sides of where labels are left out, and where roundings of the rate would show.
-std::vector<std::int64_t> const frames{0,    1,      2,      23,     1799,    1800,     3599,
-                                       3600, 17'981, 17'982, 35'964, 107'892, 1'900'000};
-
-std::string document(ExportContent const& content) {
-    return written(ShotcutWriter{timelineOf(content)});
-}
-
-Json read(ExportContent const& content) {
-    return readBack("shotcut", document(content));
-}
+constexpr ExportFormat<ShotcutWriter> shotcut{"shotcut"};
 
 } // namespace
 
 TEST(ShotcutWriter, PlacesEveryMarkerWhereMltFindsItsFrame) {
+    auto const& frames = telltaleFrames();
     for (auto const& [name, count] : sampleRates()) {
         SCOPED_TRACE(name);
         auto content = contentAt(frames, count);
         content.comments[4].duration = secondsAt(5, count.rate);
         auto ends = frames;
         ends[4] += 5;
-        auto const found = read(content);
+        auto const found = shotcut.read(content);
         EXPECT_EQ(Json(frames), each(found["markers"], "start"));
         EXPECT_EQ(Json(ends), each(found["markers"], "end"));
         EXPECT_EQ(frames.back() + 1, found["length"]);
@@ -44,7 +33,7 @@ TEST(ShotcutWriter, IsRenderedFrameByFrameInTheExactRate) {
         SCOPED_TRACE(name);
         auto content = contentAt({7}, count);
         content.durationFrames = 11;
-        auto const found = readBack("decoded", document(content));
+        auto const found = readBack("decoded", shotcut.document(content));
         EXPECT_EQ(11, found["frames"]);
         EXPECT_EQ(Json(rateText(count.rate)), found["rate"]);
     }
@@ -52,7 +41,7 @@ TEST(ShotcutWriter, IsRenderedFrameByFrameInTheExactRate) {
 
 TEST(ShotcutWriter, HasTheTracksThatTheEditorLooksFor) {
     auto const folder = TemporaryFolder{};
-    writeFile(folder / "x.mlt", document(contentAt({1}, pal)));
+    writeFile(folder / "x.mlt", shotcut.document(contentAt({1}, pal)));
     auto const xpath = [&folder](std::string const& expression) {
         return outputOf("xmllint --xpath '" + expression + "' '" + folder / "x.mlt" + "'");
     };
@@ -63,29 +52,23 @@ TEST(ShotcutWriter, HasTheTracksThatTheEditorLooksFor) {
 }
 
 TEST(ShotcutWriter, WritesThreadsAndColours) {
-    auto content = contentAt({3, 7}, pal);
-    content.comments[0].author = "Ana";
+    auto content = contentWithReply(pal);
     content.comments[0].colour = "#F80";
-    auto reply = content.comments[0];
-    reply.author = "Bo";
-    reply.text = "Larger?";
-    reply.parentId = "1";
-    content.comments.insert(content.comments.begin() + 1, reply);
-    auto const markers = read(content)["markers"];
+    auto const markers = shotcut.read(content)["markers"];
     EXPECT_EQ((Json{"Ana: Comment 1 / Bo: Larger?", "Comment 2"}), each(markers, "text"));
     EXPECT_EQ((Json{"#ff8800", "#008000"}), each(markers, "color"));
 }
 
 TEST(ShotcutWriter, CarriesAnyText) {
-    auto const markers = read(hostileContent(pal))["markers"];
+    auto const markers = shotcut.read(hostileContent(pal))["markers"];
     ASSERT_EQ(hostileTexts().size(), markers.size());
     for (std::size_t place = 0; place < hostileTexts().size(); ++place)
         EXPECT_EQ(Json(hostileTexts()[place].seen), markers[place]["text"]);
 }
 
 TEST(ShotcutWriter, WritesNoMarkersAndManyMarkers) {
-    EXPECT_EQ(Json::array(), read(contentAt({}, pal))["markers"]);
-    auto const many = readBack("opened", document(longContent({{30000, 1001}, 0, true})))["markers"];
+    EXPECT_EQ(Json::array(), shotcut.read(contentAt({}, pal))["markers"]);
+    auto const many = readBack("opened", shotcut.document(longContent({{30000, 1001}, 0, true})))["markers"];
     ASSERT_EQ(5000U, many.size());
     EXPECT_EQ("Comment 5000", many.back()["text"]);
 }

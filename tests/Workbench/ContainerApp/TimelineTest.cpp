@@ -11,7 +11,6 @@ namespace workbench {
 
 namespace {
 
-constexpr auto pal = FrameCount{{25, 1}, 0, false};
 constexpr auto lastOfAll = (std::int64_t{1} << 31) - 3;
 
 Comment reply(std::string const& id, std::string const& parent, std::string const& text) {

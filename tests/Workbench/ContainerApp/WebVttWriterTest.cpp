@@ -8,15 +8,7 @@ namespace workbench {
 
 namespace {
 
-constexpr auto pal = FrameCount{{25, 1}, 0, false};
-
-// On both sides of where labels are left out, and where roundings of the rate would show.
-std::vector<std::int64_t> const frames{0,    1,      2,      23,     1799,    1800,     3599,
-                                       3600, 17'981, 17'982, 35'964, 107'892, 1'900'000};
-
-Json read(ExportContent const& content) {
-    return readBack("webvtt", written(WebVttWriter{timelineOf(content)}));
-}
+constexpr ExportFormat<WebVttWriter> webvtt{"webvtt"};
 
 // The first millisecond in a frame.
 std::int64_t millisecondOf(std::int64_t frame, FrameRate rate) {
@@ -29,9 +21,10 @@ std::int64_t millisecondOf(std::int64_t frame, FrameRate rate) {
 } // namespace
 
 TEST(WebVttWriter, BeginsEveryCueInItsFrame) {
+    auto const& frames = telltaleFrames();
     for (auto const& [name, count] : sampleRates()) {
         SCOPED_TRACE(name);
-        auto const cues = read(contentAt(frames, count))["cues"];
+        auto const cues = webvtt.read(contentAt(frames, count))["cues"];
         ASSERT_EQ(frames.size(), cues.size());
         for (std::size_t place = 0; place < frames.size(); ++place) {
             auto const end = place + 1 < frames.size() ? frames[place + 1] : frames[place] + 1;
@@ -46,13 +39,13 @@ TEST(WebVttWriter, EndsACueWithItsRangeOrWhereTheNextOneBegins) {
     content.comments[0].duration = 2;
     content.comments[1].duration = 1;
     content.durationFrames = 250;
-    EXPECT_EQ((Json{{1000, 2000}, {2000, 3000}, {4000, 10'000}}), read(content)["cues"]);
+    EXPECT_EQ((Json{{1000, 2000}, {2000, 3000}, {4000, 10'000}}), webvtt.read(content)["cues"]);
 }
 
 TEST(WebVttWriter, WritesOneCueForAFrame) {
     auto content = contentAt({25, 25}, pal);
     content.comments[0].author = "Ana";
-    auto const found = read(content);
+    auto const found = webvtt.read(content);
     EXPECT_EQ(Json::array({{1000, 1040}}), found["cues"]);
     EXPECT_EQ(Json{"Ana: Comment 1\nComment 2"}, found["texts"]);
 }
@@ -61,11 +54,11 @@ TEST(WebVttWriter, WritesNothingButText) {
     auto content = contentAt({0}, pal);
     content.comments[0].text = "<v Ana> & --> \n\nNOTE";
     EXPECT_EQ("WEBVTT\n\n00:00:00.000 --> 00:00:00.040\n&lt;v Ana&gt; &amp; --&gt; NOTE\n",
-              written(WebVttWriter{timelineOf(content)}));
+              webvtt.document(content));
 }
 
 TEST(WebVttWriter, CarriesAnyText) {
-    auto const found = read(hostileContent(pal));
+    auto const found = webvtt.read(hostileContent(pal));
     ASSERT_EQ(hostileTexts().size(), found["cues"].size());
     ASSERT_EQ(hostileTexts().size(), found["texts"].size());
     for (std::size_t place = 0; place < hostileTexts().size(); ++place)
@@ -73,8 +66,8 @@ TEST(WebVttWriter, CarriesAnyText) {
 }
 
 TEST(WebVttWriter, WritesNoCuesAndManyCues) {
-    EXPECT_EQ("WEBVTT\n", written(WebVttWriter{timelineOf(contentAt({}, pal))}));
-    auto const many = read(longContent({{30000, 1001}, 0, true}));
+    EXPECT_EQ("WEBVTT\n", webvtt.document(contentAt({}, pal)));
+    auto const many = webvtt.read(longContent({{30000, 1001}, 0, true}));
     ASSERT_EQ(5000U, many["cues"].size());
     EXPECT_EQ("Comment 5000", many["texts"].back());
 }
