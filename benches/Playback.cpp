@@ -91,6 +91,25 @@ double webTime(pid_t editor) {
     return sum;
 }
 
+// Who still draws, or loads the page, uses the processors. Both have drawn everything when they have left
+// them alone for longer than the half second after which the panel tells its page once more that it is
+// connected.
+void waitForRest(pid_t editor) {
+    constexpr auto look = std::chrono::milliseconds(100);
+    constexpr auto looksAtRest = 8;
+    constexpr double atRest = 5; // milliseconds of processor in a look
+    auto const deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    auto before = processorTime(editor) + webTime(editor);
+    for (int quiet = 0; quiet < looksAtRest;) {
+        if (std::chrono::steady_clock::now() > deadline)
+            throw std::runtime_error("the editor does not come to rest");
+        std::this_thread::sleep_for(look);
+        auto const used = processorTime(editor) + webTime(editor);
+        quiet = used - before < atRest ? quiet + 1 : 0;
+        before = used;
+    }
+}
+
 Play play(TemporaryFolder const& folder, Row const& row, int seconds) {
     auto const film = makeFilm(folder, row.clip, seconds);
     shapeWindow(folder, row.windowHeight);
@@ -100,7 +119,7 @@ Play play(TemporaryFolder const& folder, Row const& row, int seconds) {
         arguments = {film};
     SideProcess editor("zelvix-workbench", arguments, SideProcess::Pipes::Both);
     readUntil(editor, row.withPanel ? "page connected, container connected" : "window shown");
-    std::this_thread::sleep_for(std::chrono::seconds(2)); // everything has been drawn
+    waitForRest(editor.pid());
     auto const processorBefore = processorTime(editor.pid());
     auto const webBefore = webTime(editor.pid());
     mustRun("xdotool key space");

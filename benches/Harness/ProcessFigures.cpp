@@ -5,6 +5,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace fcp::bench {
 
@@ -71,8 +72,9 @@ double proportionalSetSize(pid_t process) {
 
 double processorTime(pid_t process) {
     double nanoseconds = 0;
+    std::error_code gone;
     for (auto const& thread :
-         std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task")) {
+         std::filesystem::directory_iterator("/proc/" + std::to_string(process) + "/task", gone)) {
         double ofThread = 0;
         std::ifstream(thread.path() / "schedstat") >> ofThread;
         nanoseconds += ofThread;

@@ -13,7 +13,8 @@ namespace fcp::bench {
 // for a process that is gone or may not be looked at.
 [[nodiscard]] double proportionalSetSize(pid_t process);
 
-// Milliseconds that all threads of a process have had a processor; those that ended meanwhile are missing.
+// Milliseconds that all threads of a process have had a processor; those that ended meanwhile are missing,
+// and of a process that is gone all are.
 [[nodiscard]] double processorTime(pid_t process);
 
 } // namespace fcp::bench
