@@ -1,51 +1,13 @@
-#include "Workbench/ContainerApp/FolderDialogFixture.h"
+#include "Workbench/ContainerApp/WindowProgramFixture.h"
 
 #include <algorithm>
-#include <csignal>
 
 namespace workbench {
 
 namespace {
 
 using FolderDialogTest = FolderDialogFixture;
-
-// The real program with its window, and the keys of a person.
-class WindowProgramTest : public FolderDialogFixture {
-protected:
-    WindowProgramTest() {
-        auto const sent = client.request(
-            "syncComment",
-            {{"comment", {{"id", "a"}, {"seconds", 1}, {"text", "Logo"}, {"sequenceId", "reel"}}}});
-        EXPECT_EQ(true, sent);
-    }
-
-    static void press(std::string const& keys) {
-        std::ignore = outputOf("xdotool windowfocus --sync "
-                               "$(xdotool search --onlyvisible --name '^Review comments$' | head -1) && "
-                               "xdotool key " +
-                               keys);
-    }
-
-    static std::string importDialog() {
-        auto const found = outputOf("xdotool search --onlyvisible --name '^Import comments$' 2>/dev/null");
-        return found.substr(0, found.find('\n'));
-    }
-
-    // A window that has just come up does not hear every key.
-    [[nodiscard]] static bool happensAfter(std::string const& keys, std::function<bool()> const& condition) {
-        auto nextPress = std::chrono::steady_clock::time_point{};
-        return waitUntil([&] {
-            auto const now = std::chrono::steady_clock::now();
-            if (condition())
-                return true;
-            if (now >= nextPress) {
-                press(keys);
-                nextPress = now + std::chrono::seconds{3};
-            }
-            return false;
-        });
-    }
-};
+using WindowProgramTest = WindowProgramFixture;
 
 } // namespace
 
@@ -88,15 +50,6 @@ TEST_F(FolderDialogTest, OpensAgainAfterItWasClosed) {
     }
 }
 
-TEST_F(FolderDialogTest, IsAnsweredNullWhenTheProgramEnds) {
-    auto const requestId = client.send("selectOutputFolder");
-    ASSERT_TRUE(isOpen());
-    container->signal(SIGTERM);
-    EXPECT_EQ(0, container->wait());
-    ASSERT_TRUE(isAnswered(requestId));
-    EXPECT_EQ(std::vector{Json(nullptr)}, client.answers(requestId));
-}
-
 TEST_F(WindowProgramTest, ExportsWhatItShowsIntoTheChosenFolder) {
     auto const file = documents + "/comments.csv";
     std::filesystem::remove(file);
@@ -130,11 +83,6 @@ TEST_F(WindowProgramTest, ImportsTheFileThatThePersonChooses) {
               outputOf("sqlite3 '" + folder / "store.sqlite" +
                        "' 'SELECT key FROM sequences JOIN comments ON sequences.id = sequence_id "
                        "WHERE start_s = 7'"));
-}
-
-TEST_F(WindowProgramTest, EndsWhenItsWindowIsClosed) {
-    press("ctrl+w");
-    EXPECT_TRUE(happensAfter("ctrl+w", [&] { return container->wait(std::chrono::seconds{1}) == 0; }));
 }
 
 TEST(WithoutADisplay, RunsWithoutAWindow) {
