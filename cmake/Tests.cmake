@@ -60,7 +60,8 @@ add_custom_target(plain-tests)
 # thread checking.
 #
 # WHOLE_STACKS is for programs that show so much of the toolkit that GLib's first table of names is too small and left
-# behind: only a whole stack tells who allocated it (tests/leaks.supp), and recording those takes more than twice the time.
+# behind, or nearly so (2,048 names; tests/leaks.supp), and for such as open dialogs: only a whole stack tells who
+# allocated what these leave. Recording those takes more than twice the time.
 function(fcp_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "SESSION;OWN_MAIN;TOOLKIT;WHOLE_STACKS" "TIMEOUT;UNDER" "SOURCES;LIBRARIES;LOCKS;LABELS")
     add_executable(${name} ${arg_SOURCES})
