@@ -16,7 +16,7 @@ class Film:
     """A video file, as other tools than ours read it."""
 
     def __init__(self, path):
-        self.path = str(path)
+        self.path, self.name = str(path), path.name
         command = ["ffprobe", "-v", "error", "-count_packets", "-select_streams", "v:0", "-of", "json",
                    "-show_entries", "stream=r_frame_rate,nb_read_packets,width,height,sample_aspect_ratio",
                    self.path]

@@ -37,6 +37,14 @@ class Screen:
         time.sleep(0.05)
         self.xdotool("click", str(button))
 
+    def click_in_turn(self, *places):
+        """One right after the other, as a hand does that knows its way."""
+        steps = []
+        for x, y in places:
+            steps += ["mousemove", str(round(x)), str(round(y) - 1), "mousemove", str(round(x)), str(round(y)),
+                      "click", "--delay", "0", "1"]
+        self.xdotool(*steps)
+
     def press(self, *keys):
         self.xdotool("key", "--clearmodifiers", *keys)
 

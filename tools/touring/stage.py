@@ -10,6 +10,7 @@ from touring.accessibility import ACTIVE, FOCUSED, Gone
 
 PAGE_CONTROL = ["com.zelvix.fcp.ReviewPage", "/com/zelvix/fcp/ReviewPage", "com.zelvix.fcp.ReviewPage1", "Served"]
 SETTLED = ("Synced", "Not synced", "Deleting", "Not deleted", "Syncing")
+REMARK = "The cut comes before the look: hold this shot until her eyes have left the door"
 LIMIT = 40.0  # seconds that anything may take
 ENVIRONMENT_OF_THE_LOG = {"G_MESSAGES_DEBUG": "ai.zelvix.fcp.extension"}
 
@@ -167,6 +168,17 @@ class Stage:
     def page_says(self, text):
         return self.in_page(lambda node: node.text == text) is not None
 
+    def stands(self, name):
+        """A condition: the element of the page is at the same place twice in a row."""
+        last = [None]
+
+        def same():
+            element = self.page_element(name)
+            before, last[0] = last[0], element and element.extents
+            return last[0] is not None and last[0][3] > 0 and last[0] == before
+
+        return same
+
     def page_place(self, element, across=0.5, down=0.5):
         view = self.wait("web view", lambda: self.widget("WebKitWebView"))
         left, top, _, _ = self.area_of(view)
@@ -224,16 +236,45 @@ class Stage:
             return entry[1] if entry else "no such comment"
         self.wait(f"synced comment \"{text}\"", lambda: state() == "Synced", limit, saw=state)
 
-    # What the container keeps
+    # The container
 
-    def stored_comments(self):
-        """The comments in the store: text, seconds and identifier, read by another program than ours."""
+    def container_texts(self):
+        """The texts in the container's window."""
+        return [widget.seen_name for widget in self.bus.widgets(self.containers()[0]) if widget.seen_name]
+
+    def documents(self):
+        """Where exports go."""
+        return pathlib.Path(self.session.environment["XDG_DOCUMENTS_DIR"])
+
+    def stored_comments(self, sequence):
+        """The comments of a sequence in the store: text, seconds and identifier."""
+        return [(body, float(start), key) for body, start, key in self.ask_store(
+            "SELECT body, start_s, comments.id FROM comments JOIN sequences ON sequences.id = sequence_id"
+            f" WHERE name = '{quoted(sequence)}' ORDER BY start_s")]
+
+    def exports(self):
+        """All that were started: pairs of state and path, which only a finished one has."""
+        return [tuple(row) for row in self.ask_store("SELECT state, coalesce(path, '') FROM exports ORDER BY id")]
+
+    def ask_store(self, question):
+        """The store's answer to another program than ours."""
         store = pathlib.Path(self.session.environment["XDG_DATA_HOME"]) / "zelvix/container.sqlite"
         if not store.exists():
             return []
-        rows = self.session.run(
-            "sqlite3", "-readonly", "-csv", str(store), "SELECT body, start_s, id FROM comments ORDER BY start_s")
-        return [(body, float(start), key) for body, start, key in csv.reader(rows.decode().splitlines())]
+        rows = self.session.run("sqlite3", "-readonly", "-csv", str(store), question)
+        return list(csv.reader(rows.decode().splitlines()))
+
+    def import_comments(self, count):
+        """A table of so many comments into the open sequence, by the container application's own means."""
+        table = self.session.folder / "comments.csv"
+        with open(table, "w", encoding="utf-8") as file:
+            file.write("id,seconds,author,text\n")
+            file.writelines(f"note-{number},{number / 1000},Ada,{REMARK} {number}\n" for number in range(count))
+        self.session.run(str(self.build / "bin/zelvix-container"), "--import", str(table), limit=120)
+
+
+def quoted(text):
+    return text.replace("'", "''")
 
 
 def program_of(pid):

@@ -1,13 +1,12 @@
 """What the tour does, step by step. A step returns when it has seen what it is about, and raises Unexpected when it
 has seen something else."""
 
-import csv
 import json
 import os
-import pathlib
 import signal
 import time
 
+from touring import exports
 from touring.pictures import best_match, fitted, grain_of, read_bars
 from touring.stage import Unexpected
 
@@ -21,6 +20,7 @@ MARKERS = ["/tmp/zelvix-fcp-dev", "/tmp/zelvix-fcp-diag"]
 SAME = 5e-4  # likenesses that differ by less cannot be told apart
 ALIKE = 0.9
 TIMELINE_MARGIN = 12  # pixels that the timeline leaves free at both ends
+MANY = 100_000  # comments: as many as the store is made for
 
 
 class Tour:
@@ -41,6 +41,8 @@ class Tour:
             ("both comments are pins on the timeline, and a click on one goes there", self.pins),
             ("another sequence has comments of its own", self.sequences),
             ("the CSV export holds both comments, and there is nothing left of it to cancel", self.export),
+            ("an export is cancelled while it is being written and leaves no file, and a later one is whole",
+             self.cancelled_export),
             ("a link to a foreign host goes to the desktop, and the page stays", self.foreign_link),
             ("without its server the page gives way to the error overlay", self.server_gone),
             ("the server comes back, and a retry recovers, with what was being typed", self.server_back),
@@ -87,7 +89,7 @@ class Tour:
         if not self.logged("fcp:connected") or self.place_in_log("fcp:connected") > self.place_in_log("fcp:sequence-changed"):
             raise Unexpected(f"\"fcp:connected\" did not come first: {stage.log_lines()}")
         info = payload(lines[0])
-        expected = {"name": pathlib.Path(self.film.path).name, "frameRate": round(self.film.rate, 2)}
+        expected = {"name": self.film.name, "frameRate": round(self.film.rate, 2)}
         seen = {key: info.get(key) for key in expected}
         # Two readers may round the rate of a foreign file differently; the number of frames they agree on.
         tolerance = 1e-6 if self.is_own_clip else 0.5 / self.film.rate
@@ -135,7 +137,7 @@ class Tour:
             self.click_timeline(part)
             self.stage.add_comment(text)
             self.stage.wait_synced(text)
-        stored = self.stage.stored_comments()
+        stored = self.stage.stored_comments(self.film.name)
         if [body for body, _, _ in stored] != self.texts:
             raise Unexpected(f"the database holds {stored}")
 
@@ -189,7 +191,7 @@ class Tour:
 
     def choose_sequence(self, key, film):
         stage = self.stage
-        name = pathlib.Path(film.path).name
+        name = film.name
         stage.click_widget("Sequence")
         stage.wait("open list of sequences", stage.has_second_window, saw=self.widgets)
         stage.screen.press(key, "Return")
@@ -198,20 +200,31 @@ class Tour:
     def export(self):
         stage = self.stage
         stage.click_page("Export", across=0.2)
-        stage.wait("open export form", self.stands("Start export"), saw=stage.page_summary)
-        stage.click_page("Start export")
-        stage.wait("notice \"Export started.\"", lambda: stage.page_says("Export started."), saw=stage.page_summary)
-        home = pathlib.Path(stage.session.environment["HOME"])
-        files = stage.wait("CSV file", lambda: list(home.rglob("*.csv")), saw=lambda: [str(p) for p in home.rglob("*")])
-        with open(files[0], encoding="utf-8-sig", newline="") as file:
-            rows = list(csv.DictReader(file))
+        made = exports.to_its_end(stage)
+        rows = exports.rows_of(made)
         frames = {row.get("text"): row.get("frame") for row in rows}
-        expected = {body: str(self.film.frame_at(seconds)) for body, seconds, _ in stage.stored_comments()}
+        stored = stage.stored_comments(self.film.name)
+        expected = {body: str(self.film.frame_at(seconds)) for body, seconds, _ in stored}
         if frames != expected or not set(self.texts) <= set(frames):
-            raise Unexpected(f"{files[0].name} holds {rows} instead of {expected}")
+            raise Unexpected(f"{made.name} holds {rows} instead of {expected}")
         stage.click_page("Cancel export")
-        stage.wait("notice \"No export was running.\"", lambda: stage.page_says("No export was running."),
-                   saw=stage.page_summary)
+        stage.wait(f"notice \"{exports.TOO_LATE}\"", lambda: stage.page_says(exports.TOO_LATE), saw=stage.page_summary)
+
+    def cancelled_export(self):
+        stage = self.stage
+        self.choose_sequence("Down", self.other)
+        stage.wait(f"{self.other.name} in the container's window", lambda: self.other.name in stage.container_texts(),
+                   saw=stage.container_texts)
+        stage.import_comments(MANY)
+        exports.cancel_in_time(stage)
+        before = set(stage.documents().iterdir())
+        made = exports.to_its_end(stage)
+        count = len(exports.rows_of(made))
+        if count != MANY or set(stage.documents().iterdir()) - before != {made}:
+            raise Unexpected(f"{count} comments in {made}, in a folder with {sorted(stage.documents().iterdir())}")
+        self.choose_sequence("Up", self.film)
+        stage.wait("\"Cancelled\" in the container's window",
+                   lambda: any(text.endswith("Cancelled") for text in stage.container_texts()), saw=stage.container_texts)
 
     def foreign_link(self):
         stage = self.stage
@@ -264,7 +277,7 @@ class Tour:
         stage.add_comment("Heard by the new one")
         stage.wait_synced("Heard by the new one")
         stage.wait_synced("Lost on the way")
-        bodies = [body for body, _, _ in stage.stored_comments()]
+        bodies = [body for body, _, _ in stage.stored_comments(self.film.name)]
         if sorted(bodies) != sorted([*self.texts, "Lost on the way", "Heard by the new one"]):
             raise Unexpected(f"the database holds {bodies}")
 
@@ -312,17 +325,6 @@ class Tour:
                 continue
         raise Unexpected("the event log does not open")
 
-    def stands(self, name):
-        """A condition: the element of the page is at the same place twice in a row."""
-        last = [None]
-
-        def same():
-            element = self.stage.page_element(name)
-            before, last[0] = last[0], element and element.extents
-            return last[0] is not None and last[0][3] > 0 and last[0] == before
-
-        return same
-
     def logged(self, event):
         return [line for line in self.stage.log_lines() if f"• {event} " in line]
 
@@ -365,7 +367,7 @@ class Tour:
         return f"{whole // 3600:02}:{whole // 60 % 60:02}:{whole % 60:02}{separator}{label % count:02}"
 
     def stored(self, number):
-        stored = self.stage.stored_comments()
+        stored = self.stage.stored_comments(self.film.name)
         if len(stored) <= number:
             raise Unexpected(f"the database holds {len(stored)} comments")
         return stored[number]
