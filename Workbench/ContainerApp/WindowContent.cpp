@@ -83,12 +83,19 @@ std::vector<WindowContent::SequenceRow> sequencesIn(SequenceStore& sequences) {
     return rows;
 }
 
+// As people write it: what lies in their home folder begins with "~".
+std::string shownPath(std::string const& path) {
+    auto const home = std::string{g_get_home_dir()};
+    auto const isBelow = path.starts_with(home) && (path.size() == home.size() || path[home.size()] == '/');
+    return isBelow && !home.empty() ? "~" + path.substr(home.size()) : path;
+}
+
 std::string describeExport(ExportRecord const& record) {
     switch (record.state) {
     case ExportState::Running:
         return "Exporting ...";
     case ExportState::Done:
-        return record.path;
+        return shownPath(record.path);
     case ExportState::Cancelled:
         return "Cancelled";
     case ExportState::Failed:
@@ -107,7 +114,7 @@ WindowContent readWindowContent(Store& store, std::string const& key) {
     content.shown = isKnown ? key : store.sequences.activeKey();
     auto const sequence = store.sequences.description(content.shown);
     auto comments = store.comments.comments(content.shown);
-    content.folder = namedOutputFolder(store.settings);
+    content.folder = shownPath(namedOutputFolder(store.settings));
     content.summary = summaryOf(comments);
     for (auto const& comment : threaded(std::move(comments)))
         content.comments.push_back({.time = timeOf(comment, sequence),

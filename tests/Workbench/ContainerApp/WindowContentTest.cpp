@@ -16,6 +16,9 @@ protected:
         store.comments.setObserver([](auto const&...) {});
     }
 
+    // Before anybody asks for it: the answer is kept.
+    static void SetUpTestSuite() { ::setenv("HOME", "/home/ada", 1); }
+
     void add(Json const& value) { ASSERT_TRUE(store.comments.sync(readComment(value).value())); }
 
     TemporaryFolder folder;
@@ -107,6 +110,20 @@ TEST_F(WindowContentTest, ShowsTheNewestExportsFirst) {
         EXPECT_EQ(5U, row.time.size());
     }
     EXPECT_EQ("Exporting ...|Cancelled|Failed: no space left|/films/a.csv|", texts);
+}
+
+TEST_F(WindowContentTest, ShortensPathsInTheHomeFolder) {
+    auto const shownAs = [this](std::string const& path) {
+        store.settings.set(outputFolderSetting, path);
+        return readWindowContent(store).folder;
+    };
+    EXPECT_EQ("~/Movies", shownAs("/home/ada/Movies"));
+    EXPECT_EQ("~", shownAs("/home/ada"));
+    EXPECT_EQ("/home/adam/Movies", shownAs("/home/adam/Movies"));
+    EXPECT_EQ("/mnt/disk/home/ada", shownAs("/mnt/disk/home/ada"));
+    auto const made = store.exports.begin(std::nullopt, "csv");
+    store.exports.finish(made, ExportState::Done, "/home/ada/Movies/a.csv", "");
+    EXPECT_EQ("~/Movies/a.csv", readWindowContent(store).exports.at(0).text);
 }
 
 } // namespace workbench
