@@ -51,8 +51,8 @@ class Screen:
     def type(self, text):
         self.xdotool("type", "--clearmodifiers", "--delay", "15", text)
 
-    def picture(self, path, *options):
-        self.session.run("import", "-silent", "-window", "root", *options, str(path))
+    def picture(self, path, *options, window="root"):
+        self.session.run("import", "-silent", "-window", str(window), *options, str(path))
 
     def xdotool(self, *arguments):
         return self.session.run("xdotool", *arguments).decode()

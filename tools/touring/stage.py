@@ -10,7 +10,17 @@ from touring.accessibility import ACTIVE, FOCUSED, Gone
 
 PAGE_CONTROL = ["com.zelvix.fcp.ReviewPage", "/com/zelvix/fcp/ReviewPage", "com.zelvix.fcp.ReviewPage1", "Served"]
 SETTLED = ("Synced", "Not synced", "Deleting", "Not deleted", "Syncing")
-REMARK = "The cut comes before the look: hold this shot until her eyes have left the door"
+REVIEWERS = ["Ada", "Ben", "Chloé"]
+REMARKS = [
+    "The cut comes before the look: hold this shot until her eyes have left the door, then go to the street",
+    "The car is heard before it is seen; that is fine, but fade it in over ten frames or so, it startles here",
+    "Her coat is buttoned in this shot and open in the next one: is there another take from the same side?",
+    "The caption stands too short to be read twice. A second more, or fewer words, and away from the lower edge",
+    "I like this much better than the last version. Nothing to change from here to the end of the scene, thank you",
+    "Noise in the shadows behind him; compare with the shot before, which has the same light and is quite clean",
+    "Two people told me that they did not understand who is calling. Could we see the name on the telephone?",
+    "The music should end with the door, not before it. Let the last note ring over the cut if it fits in there",
+]
 LIMIT = 40.0  # seconds that anything may take
 ENVIRONMENT_OF_THE_LOG = {"G_MESSAGES_DEBUG": "ai.zelvix.fcp.extension"}
 
@@ -242,6 +252,14 @@ class Stage:
         """The texts in the container's window."""
         return [widget.seen_name for widget in self.bus.widgets(self.containers()[0]) if widget.seen_name]
 
+    def shown_exports(self):
+        """What the container's window tells of each, without the time of day."""
+        texts = [text.partition("   ")[2] for text in self.container_texts()]
+        return [text for text in texts if text]
+
+    def picture_container(self, path):
+        self.screen.picture(path, window=self.screen.window_of(self.containers()[0]))
+
     def documents(self):
         """Where exports go."""
         return pathlib.Path(self.session.environment["XDG_DOCUMENTS_DIR"])
@@ -267,9 +285,11 @@ class Stage:
     def import_comments(self, count):
         """A table of so many comments into the open sequence, by the container application's own means."""
         table = self.session.folder / "comments.csv"
-        with open(table, "w", encoding="utf-8") as file:
-            file.write("id,seconds,author,text\n")
-            file.writelines(f"note-{number},{number / 1000},Ada,{REMARK} {number}\n" for number in range(count))
+        with open(table, "w", encoding="utf-8", newline="") as file:
+            rows = csv.writer(file)
+            rows.writerow(["id", "seconds", "author", "text", "resolved"])
+            rows.writerows([f"note-{number}", 0.75 * number, REVIEWERS[number % len(REVIEWERS)],
+                            REMARKS[number % len(REMARKS)], str(number % 5 == 1).lower()] for number in range(count))
         self.session.run(str(self.build / "bin/zelvix-container"), "--import", str(table), limit=120)
 
 

@@ -222,9 +222,11 @@ class Tour:
         count = len(exports.rows_of(made))
         if count != MANY or set(stage.documents().iterdir()) - before != {made}:
             raise Unexpected(f"{count} comments in {made}, in a folder with {sorted(stage.documents().iterdir())}")
+        shown = ["~/Documents/" + made.name, "Cancelled"]
+        stage.wait("both exports in the container's window, the newest first",
+                   lambda: stage.shown_exports()[:2] == shown, saw=stage.shown_exports)
+        stage.picture_container(self.pictures / "container.png")
         self.choose_sequence("Up", self.film)
-        stage.wait("\"Cancelled\" in the container's window",
-                   lambda: any(text.endswith("Cancelled") for text in stage.container_texts()), saw=stage.container_texts)
 
     def foreign_link(self):
         stage = self.stage
