@@ -16,6 +16,7 @@ constexpr auto Name = "com.zelvix.fcp.Editor";
 constexpr auto Path = "/com/zelvix/fcp/Editor";
 constexpr auto Interface = "com.zelvix.fcp.Editor1";
 constexpr auto Property = "ActiveSequence";
+constexpr int Patience = 200; // milliseconds
 constexpr auto Description = R"(<node>
   <interface name="com.zelvix.fcp.Editor1">
     <property name="ActiveSequence" type="a{sv}" access="read"/>
@@ -50,6 +51,18 @@ void EditorService::setActiveSequence(std::optional<SequenceFacts> sequence) {
     // Without an answer: where the bus has just gone, it is asked again when it is back.
     g_dbus_connection_emit_signal(published->gobj(), nullptr, Path, "org.freedesktop.DBus.Properties",
                                   "PropertiesChanged", signal.gobj(), nullptr);
+    waitUntilTaken();
+}
+
+// The panel has a connection of its own, and what it asks for next is meant for this sequence. The bus
+// answers when it has passed on what it was sent before; one that stands still must not hold up the window.
+void EditorService::waitUntilTaken() const {
+    try {
+        published->call_sync("/org/freedesktop/DBus", "org.freedesktop.DBus", "GetId", {},
+                             "org.freedesktop.DBus", Patience);
+    } catch (Glib::Error const&) {
+        return;
+    }
 }
 
 // The object first: whoever sees the name may ask at once.

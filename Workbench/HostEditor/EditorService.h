@@ -22,6 +22,8 @@ public:
     EditorService(EditorService const&) = delete;
     EditorService& operator=(EditorService const&) = delete;
 
+    // When it returns, a bus that answers has passed the change on: whoever is told of it later, by another
+    // way, finds it known.
     void setActiveSequence(std::optional<SequenceFacts> sequence);
 
 private:
@@ -29,6 +31,7 @@ private:
 
     void publish();
     void forget();
+    void waitUntilTaken() const;
     [[nodiscard]] Glib::Variant<Dictionary> property() const;
 
     SessionBus& bus;

@@ -2,6 +2,11 @@
 
 #include "Workbench/HostEditor/BusFixture.h"
 
+#include <systemd/sd-bus.h>
+
+#include <chrono>
+#include <memory>
+
 namespace workbench {
 namespace {
 
@@ -18,6 +23,37 @@ SequenceFacts film() {
             .length = 300,
             .marks = {}};
 }
+
+// Another program that hears of changes. What it has heard, the bus had given it when it was asked last.
+class Listener {
+public:
+    explicit Listener(std::string const& address) {
+        sd_bus* made = nullptr;
+        sd_bus_new(&made);
+        connection.reset(made);
+        sd_bus_set_address(made, address.c_str());
+        sd_bus_set_bus_client(made, 1);
+        sd_bus_start(made);
+        auto const count = [](sd_bus_message*, void* self, sd_bus_error*) {
+            ++static_cast<Listener*>(self)->changes;
+            return 0;
+        };
+        sd_bus_match_signal(made, nullptr, nullptr, Path, Properties, "PropertiesChanged", count, this);
+    }
+
+    int heard() {
+        sd_bus_call_method(connection.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                           "org.freedesktop.DBus", "GetId", nullptr, nullptr, "");
+        while (sd_bus_process(connection.get(), nullptr) > 0) {
+        }
+        return changes;
+    }
+
+private:
+    std::unique_ptr<sd_bus, decltype(&sd_bus_flush_close_unref)> connection{nullptr,
+                                                                            &sd_bus_flush_close_unref};
+    int changes = 0;
+};
 
 class Service : public BusTest {
 protected:
@@ -79,6 +115,26 @@ TEST_F(Service, TellsOfChanges) {
     service.setActiveSequence({});
     ASSERT_TRUE(waitUntil([&] { return !heard.empty(); }));
     EXPECT_EQ(heard, "('com.zelvix.fcp.Editor1', {'ActiveSequence': <@a{sv} {}>}, @as [])");
+}
+
+TEST_F(Service, HasToldTheBusWhenItReturns) {
+    ASSERT_TRUE(waitForName());
+    Listener listener{daemon.address()};
+    for (auto changes = 1; changes <= 100; ++changes) {
+        service.setActiveSequence(film());
+        ASSERT_EQ(listener.heard(), changes);
+    }
+}
+
+TEST_F(Service, WaitsOnlyForAMomentForABusThatStandsStill) {
+    using namespace std::chrono;
+    ASSERT_TRUE(waitForName());
+    daemon.stall();
+    auto const before = steady_clock::now();
+    service.setActiveSequence(film());
+    EXPECT_LT(steady_clock::now() - before, 10s);
+    daemon.resume();
+    EXPECT_NE(read().find("Schöner Film"), std::string::npos);
 }
 
 TEST_F(Service, ComesBackWithTheBus) {
