@@ -223,8 +223,9 @@ class Tour:
         if count != MANY or set(stage.documents().iterdir()) - before != {made}:
             raise Unexpected(f"{count} comments in {made}, in a folder with {sorted(stage.documents().iterdir())}")
         shown = ["~/Documents/" + made.name, "Cancelled"]
+        # With so many rows the window is renewed less often.
         stage.wait("both exports in the container's window, the newest first",
-                   lambda: stage.shown_exports()[:2] == shown, saw=stage.shown_exports)
+                   lambda: stage.shown_exports()[:2] == shown, 90, saw=stage.shown_exports)
         stage.picture_container(self.pictures / "container.png")
         self.choose_sequence("Up", self.film)
 
