@@ -11,6 +11,7 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -21,8 +22,8 @@ void say(char const* what) {
 
 class Source final : public Gtk::Window {
 public:
-    explicit Source(std::string const& theList)
-        : list{theList} {
+    explicit Source(std::string theList)
+        : list{std::move(theList)} {
         set_decorated(false);
         set_default_size(120, 80);
         auto const motion = Gtk::EventControllerMotion::create();
