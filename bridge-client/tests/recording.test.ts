@@ -201,6 +201,8 @@ describe("A replay", () => {
         const tell = (seconds: number) => ({ at: 0, by: "panel", event: "fcp:resolve", detail: { resolveId: "p", value: String(seconds) } });
         expect((await play([position(1), ask, tell(2), position(2)], openPanel())).difference).toBeUndefined();
         expect((await play([position(1), ask, position(2), tell(2)], openPanel())).difference).toBeUndefined();
+        expect((await play([ask, position(2), tell(2)], openPanel())).difference).toBeUndefined();
+        expect((await play([ask, tell(2), position(2)], openPanel())).difference).toBeUndefined();
         expect((await play([ask, tell(2), position(3)], openPanel())).difference).toMatchObject({
             about: "answer to getPlayhead",
             recorded: 2,

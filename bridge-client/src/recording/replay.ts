@@ -111,28 +111,30 @@ class Replay {
         this.#compared += 1;
         const recorded = contentOf(value);
         const found = await this.heard.answer(resolveId);
-        if (found && (same(found.content, recorded) || this.#isOnTheWay(asked, index, found.content)))
+        if (found && (same(found.content, recorded) || this.#isOnTheWay(asked, index, recorded, found.content)))
             return undefined;
         return { about: `answer to ${String(asked.command)}`, recorded, found: found?.content };
     }
 
     // A playhead that moves may be met a position earlier or later than it was.
-    #isOnTheWay(asked: { command: unknown; index: number }, answered: number, found: unknown): boolean {
+    #isOnTheWay(asked: { command: unknown; index: number }, answered: number, recorded: unknown, found: unknown): boolean {
         if (asked.command !== "getPlayhead")
             return false;
-        const isAt = (index: number) => this.#positionAt(index) === found;
-        let from = asked.index;
-        while (from > 0 && this.#positionAt(from) === undefined)
-            from -= 1;
-        let to = answered;
-        while (to < this.#lines.length && this.#positionAt(to) === undefined)
-            to += 1;
-        return this.#lines.slice(from, to + 1).some((_line, offset) => isAt(from + offset));
+        const before = this.#positions(0, asked.index).at(-1);
+        const since = this.#positions(asked.index, answered);
+        const next = this.#positions(answered, this.#lines.length)[0];
+        // Where it was before its first move, the page has not been told.
+        const isFirstMove = before === undefined && [...since, next].includes(recorded);
+        return isFirstMove || [before, ...since, next].includes(found);
     }
 
-    #positionAt(index: number): unknown {
-        const line = this.#lines[index]?.line;
-        return line?.by === "panel" && line.event === "fcp:playhead-changed" ? Object(line.detail).seconds : undefined;
+    /** What the panel told of the playhead within these lines, in seconds. */
+    #positions(from: number, to: number): unknown[] {
+        return this.#lines
+            .slice(from, to)
+            .map(({ line }) => line)
+            .filter((line) => line.by === "panel" && line.event === "fcp:playhead-changed")
+            .map((line) => (Object((line as PanelLine).detail) as { seconds: unknown }).seconds);
     }
 
     async #differenceOfEvent(event: EventName, recorded: unknown) {
