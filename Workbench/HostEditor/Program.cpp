@@ -1,6 +1,5 @@
 #include "Workbench/HostEditor/Program.h"
 
-#include "Workbench/HostEditor/ChannelListener.h"
 #include "Workbench/HostEditor/ContainerLauncher.h"
 #include "Workbench/HostEditor/DevelopmentMarker.h"
 #include "Workbench/HostEditor/Editor.h"
@@ -14,8 +13,7 @@
 #include "Workbench/HostEditor/PinsClient.h"
 #include "Workbench/HostEditor/PlayTally.h"
 #include "Workbench/HostEditor/ProgramFolder.h"
-#include "Workbench/HostEditor/Recording.h"
-#include "Workbench/HostEditor/Replay.h"
+#include "Workbench/HostEditor/RunSession.h"
 #include "Workbench/HostEditor/SessionBus.h"
 #include "Workbench/HostEditor/SignalWatch.h"
 #include "Workbench/HostEditor/Style.h"
@@ -67,19 +65,18 @@ public:
     int run() {
         for (auto const& message : marker.messages())
             journal.warn(message);
-        auto files = options.files;
-        if (!beginSession(files))
+        if (!session.begin(options))
             return EXIT_FAILURE;
         connectParts();
-        editor.open(files);
+        editor.open(options.files.empty() ? session.recordedFiles() : options.files);
         startPage();
-        if (strangerAtPort && replay)
+        if (strangerAtPort && session.isReplay())
             return EXIT_FAILURE;
         startContainer();
         showWindow();
         loop->run();
         endQuietly();
-        return status;
+        return session.isReplay() && !isAsRecorded ? EXIT_FAILURE : EXIT_SUCCESS;
     }
 
 private:
@@ -88,65 +85,14 @@ private:
         loop->quit();
     }
 
-    // Whether the run can be recorded or played back, where it is to be.
-    bool beginSession(std::vector<std::string>& files) {
-        if (options.recordTo.empty() && options.replayFrom.empty())
-            return true;
-        if (!PageServer::servesWholePage()) {
-            journal.warn("this build serves the small page, which neither records nor plays back; ./run and "
-                         "./test build the whole one where npm answers");
-            return false;
-        }
-        return options.replayFrom.empty() ? beginRecording() : beginReplay(files);
-    }
-
-    bool beginRecording() {
-        auto begun = Recording::begin(options.recordTo, [this](auto const& line) { journal.warn(line); });
-        if (auto const* const problem = std::get_if<std::string>(&begun)) {
-            journal.warn(*problem);
-            return false;
-        }
-        recording = std::get<std::unique_ptr<Recording>>(std::move(begun));
-        listener.emplace(bus, [this](auto const& member, auto const& arguments) {
-            recording->channelSaid(member, arguments);
-        });
-        editor.signalFilesChanged().connect([this] { recording->filesOpened(editor.openedFiles()); });
-        editor.signalActiveChanged().connect([this] { recording->sequenceChanged(activeFacts(editor)); });
-        editor.signalPositionChanged().connect([this] { recording->playheadMoved(editor.position()); });
-        journal.say("recording into " + options.recordTo);
-        return true;
-    }
-
-    bool beginReplay(std::vector<std::string>& files) {
-        auto read = readRecording(options.replayFrom);
-        if (auto const* const problem = std::get_if<std::string>(&read)) {
-            journal.warn(*problem);
-            return false;
-        }
-        auto& [text, opened] = std::get<ReadRecording>(read);
-        if (files.empty())
-            files = std::move(opened);
-        status = EXIT_FAILURE; // until the page says otherwise
-        replay = std::make_unique<Replay>(editor, std::move(text),
-                                          [this](auto const& outcome) { endReplay(outcome); });
-        journal.say("playing back " + options.replayFrom);
-        return true;
-    }
-
     void endReplay(ReplayOutcome const& outcome) {
         auto const line = "replay: " + outcome.line;
-        if (outcome.isAsRecorded)
+        isAsRecorded = outcome.isAsRecorded;
+        if (isAsRecorded)
             journal.say(line);
         else
             journal.warn(line);
-        status = outcome.isAsRecorded ? EXIT_SUCCESS : EXIT_FAILURE;
         loop->quit();
-    }
-
-    [[nodiscard]] SessionDesk desk() const {
-        if (replay)
-            return replay.get();
-        return recording ? SessionDesk{recording.get()} : SessionDesk{};
     }
 
     void connectParts() {
@@ -196,7 +142,7 @@ private:
         if (!options.servesPage || !marker.isPresent())
             return;
         Stopwatch const watch;
-        page = std::make_unique<PageServer>(PageServer::PanelPort, desk());
+        page = std::make_unique<PageServer>(PageServer::PanelPort, session.desk());
         strangerAtPort = page->start();
         if (strangerAtPort) {
             journal.warn(*strangerAtPort);
@@ -228,7 +174,7 @@ private:
         showConnections();
         // After the first picture: the panel's engine takes a while to load.
         Glib::signal_idle().connect_once([this] {
-            if (replay && options.startsContainer)
+            if (session.isReplay() && options.startsContainer)
                 loadPanelWithContainer();
             else
                 loadPanel();
@@ -290,10 +236,8 @@ private:
     EditorService service;
     std::shared_ptr<PinsClient> pins;
     HostBridge& host;
-    std::unique_ptr<Recording> recording;
-    std::optional<ChannelListener> listener;
-    std::unique_ptr<Replay> replay;
-    int status = EXIT_SUCCESS;
+    RunSession session{editor, bus, journal, [this](ReplayOutcome const& outcome) { endReplay(outcome); }};
+    bool isAsRecorded = false; // a replay, once the page has said so
     sigc::connection loading; // of the panel, where it waits for the container
     std::optional<std::string> strangerAtPort; // the page server's complaint
     std::unique_ptr<PageServer> page;
