@@ -2,7 +2,7 @@
 
 #include "Workbench/ReviewPage/SessionDesk.h"
 
-#include <sigc++/sigc++.h>
+#include <sigc++/connection.h>
 
 #include <filesystem>
 #include <functional>
@@ -30,7 +30,7 @@ struct ReplayOutcome {
 
 // The workbench's side of a replay: the page plays its own messages back, and has the user's moves made again
 // here. Main thread.
-class Replay final : public ReplayDesk, public sigc::trackable {
+class Replay final : public ReplayDesk {
 public:
     using Ended = std::function<void(ReplayOutcome const& outcome)>;
 
