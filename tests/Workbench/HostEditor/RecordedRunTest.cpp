@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cstdlib>
 #include <iterator>
 #include <set>
 
@@ -135,6 +136,19 @@ TEST_F(RecordedRun, KeepsTheContainersChannel) {
     EXPECT_EQ(asked->at("by"), "bus");
     EXPECT_EQ(asked->at("arguments").at(0).at("command"), "getMarkerAtTime");
     EXPECT_EQ(asked->at("arguments").at(0).at("threshold"), 0.5);
+}
+
+// What is posted before it is there would be lost; but it may never come.
+TEST_F(RecordedRun, WaitsTenSecondsForAContainer) {
+    auto const nothing = folder.write("nothing.jsonl", "{\"by\":\"workbench\"}\n");
+    auto environment = emptyStore();
+    // The web engine wants the folder of the bus to exist.
+    environment.push_back("DBUS_SESSION_BUS_ADDRESS=unix:path=" + (folder.path / "bus").string());
+    RunningProgram program{run({"--replay", nothing.string()}), environment};
+    EXPECT_EQ(program.waitForEnd(120'000), 0) << program.output();
+    auto const loaded = program.linesWith("panel loaded from ");
+    ASSERT_EQ(loaded.size(), 1U) << program.output();
+    EXPECT_GE(std::atoi(loaded.front().c_str()), 10'000) << loaded.front();
 }
 
 TEST_F(RecordedRun, IsNotWrittenOverAnotherOne) {

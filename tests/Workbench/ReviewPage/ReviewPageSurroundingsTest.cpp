@@ -128,5 +128,20 @@ TEST(ReviewPage, WorksOnASampleOutsideThePanelAndSaysSo) {
     EXPECT_TRUE(shows("#notice", "No folder was chosen."));
 }
 
+// Its task is meant for the page in the panel: another one would take the recording away and report on
+// itself.
+TEST_F(ReviewPageSurroundingsTest, PlaysNothingBackInABrowser) {
+    constexpr auto task = "const find = document.getElementById.bind(document);"
+                          "document.getElementById = (id) =>"
+                          "    id === 'session' ? { textContent: '{\"mode\":\"replay\"}' } : find(id);";
+    PageUnderTest browser{PageUnderTest::Surroundings::Browser};
+    browser.addScript(task);
+    browser.load();
+    EXPECT_TRUE(browser.eventually("document.querySelector('#connection')?.textContent === 'No editor'"));
+    page.addScript(task);
+    page.load();
+    EXPECT_TRUE(becomes("#page", "Playing a recording back …"));
+}
+
 } // namespace
 } // namespace workbench
